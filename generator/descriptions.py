@@ -1,0 +1,335 @@
+"""Loads the model descriptions (one TOML file per subsystem folder) and checks them.
+
+The result is a `Model`: tags, enums, element classes and collections, each knowing the
+subsystem it belongs to and the header that declares it.
+"""
+
+import pathlib
+import re
+import tomllib
+
+SCALARS = {
+    "text": "VYAString",
+    "bool": "bool",
+    "u8": "uint8_t",
+    "u32": "uint32_t",
+    "i32": "int32_t",
+    "f64": "double",
+}
+
+HANDLERS = {"Tag", "TChar", "Bool", "Int", "UInt", "Double", "Byte"}
+
+# What a handler delivers, and the member types it may fill.
+HANDLER_VALUE = {
+    "TChar": "const char*",
+    "Bool": "bool",
+    "Int": "int32_t",
+    "UInt": "uint32_t",
+    "Double": "double",
+    "Byte": "uint8_t",
+}
+
+CLASS_KEYS = {"bases", "abstract", "hand", "header", "clone_as", "hooks", "departures",
+              "members", "doc"}
+MEMBER_KEYS = {"name", "type", "optional", "tags", "handler", "default", "assert", "xml", "doc"}
+COLLECTION_KEYS = {"item", "tags", "append", "path", "step", "plural", "clone", "hand",
+                   "header", "doc"}
+ENUM_KEYS = {"literals", "values", "doc", "scope"}
+
+
+class DescriptionError(Exception):
+    pass
+
+
+def tag_enumerator(text):
+    """TAG_ followed by the tag text in upper case, '-' turned into '_'."""
+    return "TAG_" + text.upper().replace("-", "_")
+
+
+def schema_name(stem):
+    """DiagLayerContainer -> DIAG-LAYER-CONTAINER."""
+    return re.sub(r"(?<=[a-z0-9])(?=[A-Z])", "-", stem).upper()
+
+
+def lower_first(name):
+    return name[:1].lower() + name[1:]
+
+
+class Member:
+    def __init__(self, owner, record):
+        unknown = set(record) - MEMBER_KEYS
+        if unknown:
+            raise DescriptionError(f"{owner.name}: unknown member keys {sorted(unknown)}")
+        self.owner = owner
+        self.name = record["name"]
+        self.type = record["type"]
+        self.optional = record.get("optional", False)
+        self.tags = record.get("tags", [])
+        self.handler = record.get("handler", "")
+        self.default = record.get("default")
+        self.assert_text = record.get("assert")
+        self.xml = record.get("xml")
+        self.doc = record.get("doc", "")
+        if self.handler and self.handler not in HANDLERS:
+            raise DescriptionError(f"{owner.name}.{self.name}: unknown handler {self.handler}")
+        self.kind = None  # set by Model.resolve: scalar, enum, element, collection, choice
+
+    @property
+    def field(self):
+        return "m" + self.name if self.kind != "choice" else "mp" + self.name
+
+    @property
+    def has_flag(self):
+        return "mHas" + self.name
+
+    @property
+    def param(self):
+        return lower_first(self.name)
+
+
+class ElementClass:
+    def __init__(self, subsystem, name, record):
+        unknown = set(record) - CLASS_KEYS
+        if unknown:
+            raise DescriptionError(f"{name}: unknown class keys {sorted(unknown)}")
+        self.subsystem = subsystem
+        self.name = name
+        self.bases = record.get("bases", ["VOdxElement"])
+        self.abstract = record.get("abstract", False)
+        self.hand = record.get("hand", False)
+        self.header = record.get("header", f"{subsystem}/{name}.h")
+        self.clone_as = record.get("clone_as")
+        self.hooks = record.get("hooks", False)
+        self.departures = record.get("departures", [])
+        self.doc = record.get("doc", "")
+        self.members = [Member(self, m) for m in record.get("members", [])]
+        self.base_classes = []  # resolved element-class bases, in order
+        self.extern_bases = []  # names of hand-written non-element bases
+
+    @property
+    def stem(self):
+        return self.name[1:]
+
+    @property
+    def element_base(self):
+        return self.base_classes[0] if self.base_classes else None
+
+    def ancestors(self):
+        """All described element-class ancestors, nearest first."""
+        result = []
+        for base in self.base_classes:
+            result.append(base)
+            result.extend(base.ancestors())
+        return result
+
+    def all_members(self):
+        """Members of the described ancestors first (deepest base first), then its own."""
+        result = []
+        for base in self.base_classes:
+            result.extend(base.all_members())
+        return result + self.members
+
+    def is_referencable(self):
+        if "VReferencable" in self.extern_bases:
+            return True
+        return any(base.is_referencable() for base in self.base_classes)
+
+    def has_concrete_ancestor(self):
+        return any(not a.abstract for a in self.ancestors())
+
+    def defines_handler(self, handler):
+        """Whether this class itself overrides Handle<handler>."""
+        if self.hand:
+            return any(m.handler == handler for m in self.members)
+        if handler == "Tag" and not self.abstract and not self.inherits_handler("Tag"):
+            return True
+        return any(m.handler == handler for m in self.members)
+
+    def inherits_handler(self, handler):
+        """Whether a described ancestor overrides Handle<handler>."""
+        return any(a.defines_handler(handler) for a in self.ancestors())
+
+
+class Collection:
+    def __init__(self, subsystem, name, record):
+        unknown = set(record) - COLLECTION_KEYS
+        if unknown:
+            raise DescriptionError(f"{name}: unknown collection keys {sorted(unknown)}")
+        if not name.endswith("Collection"):
+            raise DescriptionError(f"{name}: a collection's name ends in Collection")
+        self.subsystem = subsystem
+        self.name = name
+        stem = name[1:-len("Collection")]
+        self.item = record.get("item", "V" + stem)
+        self.tags = record.get("tags", [schema_name(self.item[1:])])
+        self.append = record.get("append", "sets")
+        self.path = record.get("path", "shortname")
+        self.step = record.get("step")
+        self.plural = record.get("plural", schema_name(self.item[1:]) + "S")
+        self.clone = record.get("clone")
+        self.hand = record.get("hand", False)
+        self.header = record.get("header", f"{subsystem}/{name}.h")
+        self.doc = record.get("doc", "")
+        if self.append not in ("sets", "leaves"):
+            raise DescriptionError(f"{name}: append is 'sets' or 'leaves'")
+        if self.path not in ("shortname", "position", "comparam"):
+            raise DescriptionError(f"{name}: path is 'shortname', 'position' or 'comparam'")
+        self.item_class = None  # resolved ElementClass, or None for an interface
+
+    @property
+    def stem(self):
+        return self.name[1:]
+
+    @property
+    def make_name(self):
+        return "Make" + self.stem
+
+
+class Enum:
+    def __init__(self, subsystem, name, record):
+        unknown = set(record) - ENUM_KEYS
+        if unknown:
+            raise DescriptionError(f"{name}: unknown enum keys {sorted(unknown)}")
+        self.subsystem = subsystem
+        self.name = name
+        self.literals = record.get("literals", [])
+        self.values = record.get("values", list(range(len(self.literals))))
+        self.doc = record.get("doc", "")
+        self.scope = record.get("scope")
+        self.header = f"{subsystem}/{name}.h"
+        if len(self.values) != len(self.literals):
+            raise DescriptionError(f"{name}: as many values as literals")
+
+
+class Model:
+    def __init__(self, model_dir):
+        self.root = pathlib.Path(model_dir)
+        self.sources = []
+        self.tags = self._load_tags(self.root / "framework" / "tags.txt")
+        self.tag_index = {t: i for i, t in enumerate(self.tags)}
+        self.classes = {}
+        self.collections = {}
+        self.enums = {}
+        self.externs = {}
+        for path in sorted(self.root.glob("*/*.toml")):
+            self._load(path)
+        self._resolve()
+
+    @staticmethod
+    def _load_tags(path):
+        tags = [line.strip() for line in path.read_text().splitlines()
+                if line.strip() and not line.startswith("#")]
+        key = [t.lower().replace("-", "") for t in tags]
+        if key != sorted(key):
+            raise DescriptionError("tags.txt is not in its sort order")
+        names = [tag_enumerator(t) for t in tags]
+        if len(set(names)) != len(names):
+            raise DescriptionError("two tags give the same enumerator")
+        return tags
+
+    def _load(self, path):
+        self.sources.append(path)
+        subsystem = path.parent.name
+        with path.open("rb") as handle:
+            data = tomllib.load(handle)
+        unknown = set(data) - {"class", "collection", "enum", "extern"}
+        if unknown:
+            raise DescriptionError(f"{path}: unknown sections {sorted(unknown)}")
+        for name, record in data.get("extern", {}).items():
+            self.externs[name] = record["header"]
+        for name, record in data.get("class", {}).items():
+            self._add(self.classes, name, ElementClass(subsystem, name, record), path)
+        for name, record in data.get("collection", {}).items():
+            self._add(self.collections, name, Collection(subsystem, name, record), path)
+        for name, record in data.get("enum", {}).items():
+            self._add(self.enums, name, Enum(subsystem, name, record), path)
+
+    def _add(self, table, name, value, path):
+        if name in self.classes or name in self.collections or name in self.enums:
+            raise DescriptionError(f"{path}: {name} is described twice")
+        table[name] = value
+
+    def check_tag(self, where, tag):
+        if tag not in self.tag_index:
+            raise DescriptionError(f"{where}: {tag} is no tag")
+
+    def _resolve(self):
+        for cls in self.classes.values():
+            for base in cls.bases:
+                if base in self.classes:
+                    cls.base_classes.append(self.classes[base])
+                elif base in self.externs:
+                    cls.extern_bases.append(base)
+                else:
+                    raise DescriptionError(f"{cls.name}: unknown base {base}")
+            for member in cls.members:
+                member.kind = self._kind_of(cls, member)
+                for tag in member.tags:
+                    self.check_tag(f"{cls.name}.{member.name}", tag)
+                if member.handler == "Tag" and member.kind not in ("element", "collection", "choice"):
+                    raise DescriptionError(f"{cls.name}.{member.name}: Tag handler on a value")
+                if member.handler and member.handler != "Tag" and member.kind in ("element", "collection"):
+                    raise DescriptionError(f"{cls.name}.{member.name}: value handler on an element")
+                if member.handler and not member.tags:
+                    raise DescriptionError(f"{cls.name}.{member.name}: a handler needs tags")
+        for coll in self.collections.values():
+            for tag in coll.tags:
+                self.check_tag(coll.name, tag)
+            if coll.item in self.classes:
+                coll.item_class = self.classes[coll.item]
+            elif not coll.item.startswith("I"):
+                raise DescriptionError(f"{coll.name}: unknown item class {coll.item}")
+        self._check_cycles()
+
+    def _kind_of(self, cls, member):
+        t = member.type
+        if t in SCALARS:
+            return "scalar"
+        if t in self.enums:
+            return "enum"
+        if t in self.collections:
+            return "collection"
+        if t in self.classes:
+            return "element"
+        if re.match(r"^I[A-Z]", t):
+            return "choice"
+        raise DescriptionError(f"{cls.name}.{member.name}: unknown type {t}")
+
+    def _check_cycles(self):
+        seen = set()
+
+        def visit(cls, chain):
+            if cls.name in chain:
+                raise DescriptionError("inheritance cycle: " + " -> ".join(chain + [cls.name]))
+            if cls.name in seen:
+                return
+            for base in cls.base_classes:
+                visit(base, chain + [cls.name])
+            seen.add(cls.name)
+
+        for cls in self.classes.values():
+            visit(cls, [])
+
+    def header_of(self, name):
+        if name in self.classes:
+            return self.classes[name].header
+        if name in self.collections:
+            return self.collections[name].header
+        if name in self.enums:
+            return self.enums[name].header
+        if name in self.externs:
+            return self.externs[name]
+        return None
+
+    def subsystems(self):
+        names = {c.subsystem for c in self.classes.values()}
+        names |= {c.subsystem for c in self.collections.values()}
+        names |= {e.subsystem for e in self.enums.values()}
+        return sorted(names)
+
+    def clone_operation(self, class_name):
+        """The operation that deep-copies an object of this static type."""
+        cls = self.classes.get(class_name)
+        if cls is not None and cls.abstract and cls.clone_as:
+            return cls.clone_as
+        return "Clone"

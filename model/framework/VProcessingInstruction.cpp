@@ -1,0 +1,16 @@
+#include "framework/VProcessingInstruction.h"
+
+namespace NODX220 {
+
+VProcessingInstruction::~VProcessingInstruction() = default;
+
+VProcessingInstructionCollection::~VProcessingInstructionCollection() = default;
+
+VProcessingInstruction& VProcessingInstructionCollection::AddNew()
+{
+    auto* instruction = new VProcessingInstruction();
+    Append(*instruction);
+    return *instruction;
+}
+
+} // namespace NODX220

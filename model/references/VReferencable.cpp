@@ -1,0 +1,91 @@
+#include "references/VReferencable.h"
+
+#include "framework/VOdx.h"
+#include "framework/VOdxCategory.h"
+#include "framework/internal/Failure.h"
+#include "references/VIdRefMap.h"
+#include "references/internal/DocumentTags.h"
+
+namespace NODX220 {
+
+VReferencable::VReferencable() = default;
+
+VReferencable::VReferencable(const VReferencable& other) : mpOdxElement(other.mpOdxElement)
+{
+    SetId(other.GetId());
+}
+
+VReferencable::~VReferencable()
+{
+    if (mpOdxElement == nullptr || _RootInDestruction()) {
+        return;
+    }
+    mpOdxElement->GetRootElement().GetIdRefMap().Remove(mId, *this);
+}
+
+bool VReferencable::_RootInDestruction() const
+{
+    return mpOdxElement->GetRootElement().IsInDestruction();
+}
+
+VOdxElement& VReferencable::GetOdxElement() const
+{
+    if (mpOdxElement == nullptr) {
+        Internal::FailAssertion(kLogGroupId, "mpOdxElement!=NULL");
+    }
+    return *mpOdxElement;
+}
+
+void VReferencable::SetId(const char* id)
+{
+    if (!mId.IsEmpty()) {
+        GetOdxElement().GetRootElement().GetIdRefMap().Remove(mId, *this);
+    }
+    mId = id;
+    SetShortNames();
+    GetOdxElement().GetRootElement().GetIdRefMap().Insert(mId, *this);
+    Notify();
+}
+
+VYAString VReferencable::GetLayerShortName() const
+{
+    // Layers arrive with the diagnostic layer classes; until then no element has one.
+    return VYAString();
+}
+
+VYAString VReferencable::GetCategoryShortName() const
+{
+    return mpCategory != nullptr ? VYAString(mpCategory->GetShortName()) : VYAString();
+}
+
+void VReferencable::Register(VOdxlink& link)
+{
+    mLinks.insert(&link);
+}
+
+void VReferencable::DeRegister(VOdxlink& link)
+{
+    mLinks.erase(&link);
+}
+
+void VReferencable::Notify()
+{
+    // Links register here once they can be resolved; with none registered there is nobody
+    // to tell.
+}
+
+void VReferencable::SetShortNames()
+{
+    VOdxElement* element = &GetOdxElement();
+    while (element->GetOdxTag() != TAG_ODX) {
+        const VOdxTagEnum tag = element->GetOdxTag();
+        if (Internal::IsCategoryTag(tag)) {
+            if (auto* category = dynamic_cast<VOdxCategory*>(element)) {
+                mpCategory = category;
+            }
+        }
+        element = &element->GetParent();
+    }
+}
+
+} // namespace NODX220
