@@ -30,10 +30,10 @@ HANDLER_VALUE = {
 }
 
 CLASS_KEYS = {"bases", "abstract", "hand", "header", "clone_as", "hooks", "departures",
-              "members", "doc"}
+              "members", "tag", "doc"}
 MEMBER_KEYS = {"name", "type", "optional", "tags", "handler", "default", "assert", "xml", "doc"}
 COLLECTION_KEYS = {"item", "tags", "append", "path", "step", "plural", "clone", "hand",
-                   "header", "doc"}
+                   "header", "make", "doc"}
 ENUM_KEYS = {"literals", "values", "doc", "scope"}
 
 
@@ -100,6 +100,8 @@ class ElementClass:
         self.header = record.get("header", f"{subsystem}/{name}.h")
         self.clone_as = record.get("clone_as")
         self.hooks = record.get("hooks", False)
+        # The element tag the class stands for; derived from the name where the name says it.
+        self.tag = record.get("tag")
         self.departures = record.get("departures", [])
         self.doc = record.get("doc", "")
         self.members = [Member(self, m) for m in record.get("members", [])]
@@ -169,6 +171,7 @@ class Collection:
         self.clone = record.get("clone")
         self.hand = record.get("hand", False)
         self.header = record.get("header", f"{subsystem}/{name}.h")
+        self.make = record.get("make")
         self.doc = record.get("doc", "")
         if self.append not in ("sets", "leaves"):
             raise DescriptionError(f"{name}: append is 'sets' or 'leaves'")
@@ -182,7 +185,7 @@ class Collection:
 
     @property
     def make_name(self):
-        return "Make" + self.stem
+        return self.make or "Make" + self.stem
 
 
 class Enum:
@@ -255,6 +258,10 @@ class Model:
 
     def _resolve(self):
         for cls in self.classes.values():
+            if cls.tag is None and not cls.abstract and schema_name(cls.stem) in self.tag_index:
+                cls.tag = schema_name(cls.stem)
+            if cls.tag is not None:
+                self.check_tag(cls.name, cls.tag)
             for base in cls.bases:
                 if base in self.classes:
                     cls.base_classes.append(self.classes[base])
@@ -273,6 +280,8 @@ class Model:
                 if member.handler and not member.tags:
                     raise DescriptionError(f"{cls.name}.{member.name}: a handler needs tags")
         for coll in self.collections.values():
+            if coll.hand:
+                continue
             for tag in coll.tags:
                 self.check_tag(coll.name, tag)
             if coll.item in self.classes:
@@ -326,6 +335,18 @@ class Model:
         names |= {c.subsystem for c in self.collections.values()}
         names |= {e.subsystem for e in self.enums.values()}
         return sorted(names)
+
+    def concrete_of(self, class_name):
+        """The class itself if concrete, else its first concrete descendant; None if none."""
+        cls = self.classes.get(class_name)
+        if cls is None:
+            return None
+        if not cls.abstract:
+            return cls
+        for candidate in sorted(self.classes.values(), key=lambda c: c.name):
+            if not candidate.abstract and cls in candidate.ancestors():
+                return candidate
+        return None
 
     def clone_operation(self, class_name):
         """The operation that deep-copies an object of this static type."""

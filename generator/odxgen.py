@@ -15,11 +15,14 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 
 from descriptions import DescriptionError, Model  # noqa: E402
 import emit_cpp  # noqa: E402
+import emit_tests  # noqa: E402
 
 
 def generate(model_dir):
     model = Model(model_dir)
-    return model, emit_cpp.emit_all(model)
+    files = emit_cpp.emit_all(model)
+    files.update(emit_tests.emit_tests(model))
+    return model, files
 
 
 def write_changed(out_dir, files):

@@ -13,68 +13,68 @@ class VLoggingTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        m_log.SetSink([this](VLogLevel::VSeverityLevel level, uint32_t group, const char* text) {
-            m_records.push_back(std::to_string(level) + "/" + std::to_string(group) + "/" + text);
+        mLog.SetSink([this](VLogLevel::VSeverityLevel level, uint32_t group, const char* text) {
+            mRecords.push_back(std::to_string(level) + "/" + std::to_string(group) + "/" + text);
         });
     }
 
     void TearDown() override
     {
-        m_log.SetSink({});
-        m_log.SetEnabled(m_enabled);
-        m_log.SetGlobalLogGroupMask(m_mask);
-        m_log.SetGlobalLogLevel(m_level);
+        mLog.SetSink({});
+        mLog.SetEnabled(mEnabled);
+        mLog.SetGlobalLogGroupMask(mMask);
+        mLog.SetGlobalLogLevel(mLevel);
     }
 
-    VLogging& m_log = VLogging::GetInstance();
-    std::vector<std::string> m_records;
+    VLogging& mLog = VLogging::GetInstance();
+    std::vector<std::string> mRecords;
 
 private:
-    const bool m_enabled = m_log.IsEnabled();
-    const uint32_t m_mask = m_log.GetGlobalLogGroupMask();
-    const VLogLevel::VSeverityLevel m_level = m_log.GetGlobalLogLevel();
+    const bool mEnabled = mLog.IsEnabled();
+    const uint32_t mMask = mLog.GetGlobalLogGroupMask();
+    const VLogLevel::VSeverityLevel mLevel = mLog.GetGlobalLogLevel();
 };
 
 TEST_F(VLoggingTest, QuietByDefault)
 {
-    EXPECT_FALSE(m_log.IsEnabled());
-    EXPECT_EQ(0xFFFFFFFFu, m_log.GetGlobalLogGroupMask());
-    EXPECT_EQ(VLogLevel::eError, m_log.GetGlobalLogLevel());
-    m_log.Log(VLogLevel::eError, m_log.GetOrCreateGroupId("Quiet"), "not shown");
-    EXPECT_TRUE(m_records.empty());
+    EXPECT_FALSE(mLog.IsEnabled());
+    EXPECT_EQ(0xFFFFFFFFu, mLog.GetGlobalLogGroupMask());
+    EXPECT_EQ(VLogLevel::eError, mLog.GetGlobalLogLevel());
+    mLog.Log(VLogLevel::eError, mLog.GetOrCreateGroupId("Quiet"), "not shown");
+    EXPECT_TRUE(mRecords.empty());
 }
 
 TEST_F(VLoggingTest, FiltersByMaskAndLevel)
 {
-    const uint32_t shown = m_log.GetOrCreateGroupId("FilterShown");
-    const uint32_t hidden = m_log.GetOrCreateGroupId("FilterHidden");
-    m_log.SetEnabled(true);
-    m_log.SetGlobalLogGroupMask(shown);
-    m_log.SetGlobalLogLevel(VLogLevel::eWarning);
-    m_log.Log(VLogLevel::eError, shown, "e");
-    m_log.Log(VLogLevel::eWarning, shown, "w");
-    m_log.Log(VLogLevel::eInfo, shown, "i");
-    m_log.Log(VLogLevel::eError, hidden, "masked");
+    const uint32_t shown = mLog.GetOrCreateGroupId("FilterShown");
+    const uint32_t hidden = mLog.GetOrCreateGroupId("FilterHidden");
+    mLog.SetEnabled(true);
+    mLog.SetGlobalLogGroupMask(shown);
+    mLog.SetGlobalLogLevel(VLogLevel::eWarning);
+    mLog.Log(VLogLevel::eError, shown, "e");
+    mLog.Log(VLogLevel::eWarning, shown, "w");
+    mLog.Log(VLogLevel::eInfo, shown, "i");
+    mLog.Log(VLogLevel::eError, hidden, "masked");
 
-    m_log.SetGlobalLogLevel(VLogLevel::eSilent);
-    m_log.Log(VLogLevel::eError, shown, "silent");
+    mLog.SetGlobalLogLevel(VLogLevel::eSilent);
+    mLog.Log(VLogLevel::eError, shown, "silent");
 
     const std::string id = std::to_string(shown);
-    EXPECT_EQ((std::vector<std::string>{"0/" + id + "/e", "1/" + id + "/w"}), m_records);
+    EXPECT_EQ((std::vector<std::string>{"0/" + id + "/e", "1/" + id + "/w"}), mRecords);
 }
 
 TEST_F(VLoggingTest, GroupIdsAreStableDistinctBits)
 {
-    const uint32_t a = m_log.GetOrCreateGroupId("GroupA");
-    const uint32_t b = m_log.GetOrCreateGroupId("GroupB");
+    const uint32_t a = mLog.GetOrCreateGroupId("GroupA");
+    const uint32_t b = mLog.GetOrCreateGroupId("GroupB");
     const std::string sameText = "GroupA";
-    EXPECT_EQ(a, m_log.GetOrCreateGroupId(sameText.c_str()));
+    EXPECT_EQ(a, mLog.GetOrCreateGroupId(sameText.c_str()));
     EXPECT_NE(a, b);
     for (uint32_t id : {a, b}) {
         EXPECT_TRUE(id != 0 && (id & (id - 1)) == 0) << "not a single bit: " << id;
     }
-    EXPECT_STREQ("GroupA", m_log.GetGroupName(a));
-    EXPECT_EQ(nullptr, m_log.GetGroupName(a | b));
+    EXPECT_STREQ("GroupA", mLog.GetGroupName(a));
+    EXPECT_EQ(nullptr, mLog.GetGroupName(a | b));
 }
 
 TEST_F(VLoggingTest, NamesBeyondThirtyTwoShareTheLastBit)
@@ -100,11 +100,11 @@ TEST_F(VLoggingTest, NamesBeyondThirtyTwoShareTheLastBit)
 
 TEST_F(VLoggingTest, EmptySinkRestoresDefault)
 {
-    const uint32_t group = m_log.GetOrCreateGroupId("StderrGroup");
-    m_log.SetEnabled(true);
-    m_log.SetSink({});
+    const uint32_t group = mLog.GetOrCreateGroupId("StderrGroup");
+    mLog.SetEnabled(true);
+    mLog.SetSink({});
     ::testing::internal::CaptureStderr();
-    m_log.Log(VLogLevel::eError, group, "went to stderr");
+    mLog.Log(VLogLevel::eError, group, "went to stderr");
     EXPECT_EQ("[error] StderrGroup: went to stderr\n", ::testing::internal::GetCapturedStderr());
-    EXPECT_TRUE(m_records.empty());
+    EXPECT_TRUE(mRecords.empty());
 }

@@ -49,37 +49,37 @@ VLogging& VLogging::GetInstance()
 
 bool VLogging::IsEnabled() const noexcept
 {
-    return m_enabled.load(std::memory_order_relaxed);
+    return mEnabled.load(std::memory_order_relaxed);
 }
 
 void VLogging::SetEnabled(bool enabled) noexcept
 {
-    m_enabled.store(enabled, std::memory_order_relaxed);
+    mEnabled.store(enabled, std::memory_order_relaxed);
 }
 
 uint32_t VLogging::GetGlobalLogGroupMask() const noexcept
 {
-    return m_groupMask.load(std::memory_order_relaxed);
+    return mGroupMask.load(std::memory_order_relaxed);
 }
 
 void VLogging::SetGlobalLogGroupMask(uint32_t mask) noexcept
 {
-    m_groupMask.store(mask, std::memory_order_relaxed);
+    mGroupMask.store(mask, std::memory_order_relaxed);
 }
 
 VLogLevel::VSeverityLevel VLogging::GetGlobalLogLevel() const noexcept
 {
-    return static_cast<VLogLevel::VSeverityLevel>(m_level.load(std::memory_order_relaxed));
+    return static_cast<VLogLevel::VSeverityLevel>(mLevel.load(std::memory_order_relaxed));
 }
 
 void VLogging::SetGlobalLogLevel(VLogLevel::VSeverityLevel level) noexcept
 {
-    m_level.store(level, std::memory_order_relaxed);
+    mLevel.store(level, std::memory_order_relaxed);
 }
 
 bool VLogging::WouldLog(VLogLevel::VSeverityLevel level, uint32_t groupId) const noexcept
 {
-    const int globalLevel = m_level.load(std::memory_order_relaxed);
+    const int globalLevel = mLevel.load(std::memory_order_relaxed);
     return IsEnabled() && (GetGlobalLogGroupMask() & groupId) != 0 && globalLevel >= 0 &&
            level >= 0 && level <= globalLevel;
 }
@@ -94,8 +94,8 @@ void VLogging::Log(VLogLevel::VSeverityLevel level, uint32_t groupId, const char
     }
     std::shared_ptr<const VLogSink> sink;
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        sink = m_sink;
+        std::lock_guard<std::mutex> lock(mMutex);
+        sink = mSink;
     }
     // Called without the lock held, so a sink may itself use the logger.
     if (sink) {
@@ -110,17 +110,17 @@ uint32_t VLogging::GetOrCreateGroupId(const char* name)
     if (!name) {
         return 0;
     }
-    std::lock_guard<std::mutex> lock(m_mutex);
-    for (unsigned i = 0; i < m_groupCount; ++i) {
-        if (m_groupNames[i] == name) {
+    std::lock_guard<std::mutex> lock(mMutex);
+    for (unsigned i = 0; i < mGroupCount; ++i) {
+        if (mGroupNames[i] == name) {
             return 1u << i;
         }
     }
-    if (m_groupCount == kMaxGroups) {
+    if (mGroupCount == kMaxGroups) {
         return 1u << (kMaxGroups - 1);
     }
-    m_groupNames[m_groupCount] = name;
-    return 1u << m_groupCount++;
+    mGroupNames[mGroupCount] = name;
+    return 1u << mGroupCount++;
 }
 
 const char* VLogging::GetGroupName(uint32_t id) const
@@ -129,9 +129,9 @@ const char* VLogging::GetGroupName(uint32_t id) const
         return nullptr;
     }
     const unsigned index = BitIndex(id);
-    std::lock_guard<std::mutex> lock(m_mutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     // Entries are written once and never change, so the pointer stays valid.
-    return index < m_groupCount ? m_groupNames[index].c_str() : nullptr;
+    return index < mGroupCount ? mGroupNames[index].c_str() : nullptr;
 }
 
 void VLogging::SetSink(VLogSink sink)
@@ -140,8 +140,8 @@ void VLogging::SetSink(VLogSink sink)
     if (sink) {
         fresh = std::make_shared<const VLogSink>(std::move(sink));
     }
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_sink.swap(fresh);
+    std::lock_guard<std::mutex> lock(mMutex);
+    mSink.swap(fresh);
 }
 
 void VLogging::WriteToStderr(VLogLevel::VSeverityLevel level, uint32_t groupId, const char* text) const

@@ -16,7 +16,7 @@ constexpr unsigned kMaxSize = std::numeric_limits<unsigned>::max() - 1;
 } // namespace
 
 VByteStream::VByteStream() noexcept
-    : m_data(m_internal), m_size(0), m_capacity(kInternalCapacity), m_internal{}
+    : mData(mInternal), mSize(0), mCapacity(kInternalCapacity), mInternal{}
 {
 }
 
@@ -50,20 +50,20 @@ VByteStream& VByteStream::operator=(const VByteStream& other)
     if (this == &other) {
         return *this;
     }
-    if (other.m_size <= kInternalCapacity) {
+    if (other.mSize <= kInternalCapacity) {
         ReleaseHeap();
-        std::memcpy(m_data, other.m_data, other.m_size);
-    } else if (other.m_size <= m_capacity) {
-        std::memcpy(m_data, other.m_data, other.m_size);
+        std::memcpy(mData, other.mData, other.mSize);
+    } else if (other.mSize <= mCapacity) {
+        std::memcpy(mData, other.mData, other.mSize);
     } else {
-        unsigned char* fresh = new unsigned char[other.m_size + 1];
-        std::memcpy(fresh, other.m_data, other.m_size);
+        unsigned char* fresh = new unsigned char[other.mSize + 1];
+        std::memcpy(fresh, other.mData, other.mSize);
         ReleaseHeap();
-        m_data = fresh;
-        m_capacity = other.m_size;
+        mData = fresh;
+        mCapacity = other.mSize;
     }
-    m_size = other.m_size;
-    m_data[m_size] = 0;
+    mSize = other.mSize;
+    mData[mSize] = 0;
     return *this;
 }
 
@@ -74,45 +74,45 @@ VByteStream& VByteStream::operator=(VByteStream&& other) noexcept
     }
     if (other.IsInternal()) {
         // Our capacity is at least the internal one, so this always fits.
-        std::memcpy(m_data, other.m_data, other.m_size);
-        m_size = other.m_size;
-        m_data[m_size] = 0;
+        std::memcpy(mData, other.mData, other.mSize);
+        mSize = other.mSize;
+        mData[mSize] = 0;
     } else {
         ReleaseHeap();
-        m_data = other.m_data;
-        m_size = other.m_size;
-        m_capacity = other.m_capacity;
-        other.m_data = other.m_internal;
-        other.m_capacity = kInternalCapacity;
+        mData = other.mData;
+        mSize = other.mSize;
+        mCapacity = other.mCapacity;
+        other.mData = other.mInternal;
+        other.mCapacity = kInternalCapacity;
     }
-    other.m_size = 0;
-    other.m_data[0] = 0;
+    other.mSize = 0;
+    other.mData[0] = 0;
     return *this;
 }
 
 void VByteStream::ReleaseHeap() noexcept
 {
     if (!IsInternal()) {
-        delete[] m_data;
-        m_data = m_internal;
-        m_capacity = kInternalCapacity;
+        delete[] mData;
+        mData = mInternal;
+        mCapacity = kInternalCapacity;
     }
 }
 
 void VByteStream::Grow(unsigned minCapacity)
 {
-    if (minCapacity <= m_capacity) {
+    if (minCapacity <= mCapacity) {
         return;
     }
-    unsigned newCapacity = m_capacity <= kMaxSize / 2 ? m_capacity * 2 : kMaxSize;
+    unsigned newCapacity = mCapacity <= kMaxSize / 2 ? mCapacity * 2 : kMaxSize;
     if (newCapacity < minCapacity) {
         newCapacity = minCapacity;
     }
     unsigned char* fresh = new unsigned char[newCapacity + 1];
-    std::memcpy(fresh, m_data, m_size + 1);
+    std::memcpy(fresh, mData, mSize + 1);
     ReleaseHeap();
-    m_data = fresh;
-    m_capacity = newCapacity;
+    mData = fresh;
+    mCapacity = newCapacity;
 }
 
 void VByteStream::Resize(unsigned size)
@@ -120,12 +120,12 @@ void VByteStream::Resize(unsigned size)
     if (size > kMaxSize) {
         throw std::length_error("VByteStream: size too large");
     }
-    if (size > m_size) {
+    if (size > mSize) {
         Grow(size);
-        std::memset(m_data + m_size, 0, size - m_size);
+        std::memset(mData + mSize, 0, size - mSize);
     }
-    m_size = size;
-    m_data[m_size] = 0;
+    mSize = size;
+    mData[mSize] = 0;
 }
 
 void VByteStream::Append(const unsigned char* data, unsigned size)
@@ -136,42 +136,42 @@ void VByteStream::Append(const unsigned char* data, unsigned size)
     if (!data) {
         throw std::invalid_argument("VByteStream::Append: null data");
     }
-    if (size > kMaxSize - m_size) {
+    if (size > kMaxSize - mSize) {
         throw std::length_error("VByteStream: size too large");
     }
     // The source may lie inside our own buffer, which Grow() would free.
     const std::less<const unsigned char*> before;
-    const bool aliases = !before(data, m_data) && before(data, m_data + m_capacity + 1);
-    const unsigned offset = aliases ? static_cast<unsigned>(data - m_data) : 0;
-    Grow(m_size + size);
-    const unsigned char* source = aliases ? m_data + offset : data;
-    std::memmove(m_data + m_size, source, size);
-    m_size += size;
-    m_data[m_size] = 0;
+    const bool aliases = !before(data, mData) && before(data, mData + mCapacity + 1);
+    const unsigned offset = aliases ? static_cast<unsigned>(data - mData) : 0;
+    Grow(mSize + size);
+    const unsigned char* source = aliases ? mData + offset : data;
+    std::memmove(mData + mSize, source, size);
+    mSize += size;
+    mData[mSize] = 0;
 }
 
 void VByteStream::Append(unsigned char byte)
 {
-    if (m_size == m_capacity) {
-        if (m_size == kMaxSize) {
+    if (mSize == mCapacity) {
+        if (mSize == kMaxSize) {
             throw std::length_error("VByteStream: size too large");
         }
-        Grow(m_size + 1);
+        Grow(mSize + 1);
     }
-    m_data[m_size++] = byte;
-    m_data[m_size] = 0;
+    mData[mSize++] = byte;
+    mData[mSize] = 0;
 }
 
 void VByteStream::Clear() noexcept
 {
     ReleaseHeap();
-    m_size = 0;
-    m_data[0] = 0;
+    mSize = 0;
+    mData[0] = 0;
 }
 
 bool VByteStream::operator==(const VByteStream& other) const noexcept
 {
-    return m_size == other.m_size && std::memcmp(m_data, other.m_data, m_size) == 0;
+    return mSize == other.mSize && std::memcmp(mData, other.mData, mSize) == 0;
 }
 
 } // namespace NTesselSharedUtil

@@ -25,20 +25,20 @@ void CheckRoomForOneMore(std::size_t size)
 
 void VContainerYAString::Pushback(const VYAString& value)
 {
-    CheckRoomForOneMore(m_items.size());
-    m_items.push_back(value);
+    CheckRoomForOneMore(mItems.size());
+    mItems.push_back(value);
 }
 
 void VContainerYAString::Pushback(VYAString&& value)
 {
-    CheckRoomForOneMore(m_items.size());
-    m_items.push_back(std::move(value));
+    CheckRoomForOneMore(mItems.size());
+    mItems.push_back(std::move(value));
 }
 
 void VContainerYAString::Pushback(const char* value)
 {
-    CheckRoomForOneMore(m_items.size());
-    m_items.emplace_back(value);
+    CheckRoomForOneMore(mItems.size());
+    mItems.emplace_back(value);
 }
 
 const VYAString& VContainerYAString::At(unsigned index) const
@@ -46,7 +46,7 @@ const VYAString& VContainerYAString::At(unsigned index) const
     if (index >= Size()) {
         ThrowOutOfRange(index, Size());
     }
-    return m_items[index];
+    return mItems[index];
 }
 
 VYAString& VContainerYAString::At(unsigned index)
@@ -54,7 +54,7 @@ VYAString& VContainerYAString::At(unsigned index)
     if (index >= Size()) {
         ThrowOutOfRange(index, Size());
     }
-    return m_items[index];
+    return mItems[index];
 }
 
 } // namespace NTesselSharedUtil

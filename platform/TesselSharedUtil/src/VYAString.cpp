@@ -8,23 +8,23 @@ namespace NTesselSharedUtil {
 VYAString::VYAString(const char* text)
 {
     if (text) {
-        m_text.assign(text);
+        mText.assign(text);
     }
 }
 
 VYAString::VYAString(const char* data, std::size_t length)
 {
     if (data) {
-        m_text.assign(data, length);
+        mText.assign(data, length);
     }
 }
 
 VYAString& VYAString::operator=(const char* text)
 {
     if (text) {
-        m_text.assign(text); // assign() copes with text pointing into m_text
+        mText.assign(text); // assign() copes with text pointing into mText
     } else {
-        m_text.clear();
+        mText.clear();
     }
     return *this;
 }
@@ -32,14 +32,14 @@ VYAString& VYAString::operator=(const char* text)
 VYAString& VYAString::Append(const char* text)
 {
     if (text) {
-        m_text.append(text);
+        mText.append(text);
     }
     return *this;
 }
 
 VYAString& VYAString::Append(const VYAString& other)
 {
-    m_text.append(other.m_text);
+    mText.append(other.mText);
     return *this;
 }
 

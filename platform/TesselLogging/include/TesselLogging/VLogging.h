@@ -70,14 +70,14 @@ private:
 
     void WriteToStderr(VLogLevel::VSeverityLevel level, uint32_t groupId, const char* text) const;
 
-    std::atomic<bool> m_enabled{false};
-    std::atomic<uint32_t> m_groupMask{0xFFFFFFFFu};
-    std::atomic<int> m_level{VLogLevel::eError};
+    std::atomic<bool> mEnabled{false};
+    std::atomic<uint32_t> mGroupMask{0xFFFFFFFFu};
+    std::atomic<int> mLevel{VLogLevel::eError};
 
-    mutable std::mutex m_mutex;
-    std::array<std::string, kMaxGroups> m_groupNames;
-    unsigned m_groupCount = 0;
-    std::shared_ptr<const VLogSink> m_sink;
+    mutable std::mutex mMutex;
+    std::array<std::string, kMaxGroups> mGroupNames;
+    unsigned mGroupCount = 0;
+    std::shared_ptr<const VLogSink> mSink;
 };
 
 } // namespace Logging

@@ -31,11 +31,11 @@ public:
     VByteStream& operator=(const VByteStream& other);
     VByteStream& operator=(VByteStream&& other) noexcept;
 
-    unsigned char* GetData() noexcept { return m_data; }
-    const unsigned char* GetData() const noexcept { return m_data; }
-    unsigned GetSize() const noexcept { return m_size; }
-    unsigned GetCapacity() const noexcept { return m_capacity; }
-    bool IsEmpty() const noexcept { return m_size == 0; }
+    unsigned char* GetData() noexcept { return mData; }
+    const unsigned char* GetData() const noexcept { return mData; }
+    unsigned GetSize() const noexcept { return mSize; }
+    unsigned GetCapacity() const noexcept { return mCapacity; }
+    bool IsEmpty() const noexcept { return mSize == 0; }
 
     // Growing fills the new bytes with zero; shrinking keeps the allocation.
     void Resize(unsigned size);
@@ -48,14 +48,14 @@ public:
     bool operator!=(const VByteStream& other) const noexcept { return !(*this == other); }
 
 private:
-    bool IsInternal() const noexcept { return m_data == m_internal; }
+    bool IsInternal() const noexcept { return mData == mInternal; }
     void ReleaseHeap() noexcept;
     void Grow(unsigned minCapacity);
 
-    unsigned char* m_data;
-    unsigned m_size;
-    unsigned m_capacity;
-    unsigned char m_internal[kInternalCapacity + 1];
+    unsigned char* mData;
+    unsigned mSize;
+    unsigned mCapacity;
+    unsigned char mInternal[kInternalCapacity + 1];
 };
 
 } // namespace NTesselSharedUtil

@@ -19,18 +19,18 @@ public:
     void Pushback(VYAString&& value);
     void Pushback(const char* value);
 
-    unsigned Size() const noexcept { return static_cast<unsigned>(m_items.size()); }
-    bool IsEmpty() const noexcept { return m_items.empty(); }
-    void Clear() noexcept { m_items.clear(); }
+    unsigned Size() const noexcept { return static_cast<unsigned>(mItems.size()); }
+    bool IsEmpty() const noexcept { return mItems.empty(); }
+    void Clear() noexcept { mItems.clear(); }
 
     const VYAString& At(unsigned index) const;
     VYAString& At(unsigned index);
 
-    const_iterator begin() const noexcept { return m_items.begin(); }
-    const_iterator end() const noexcept { return m_items.end(); }
+    const_iterator begin() const noexcept { return mItems.begin(); }
+    const_iterator end() const noexcept { return mItems.end(); }
 
 private:
-    std::vector<VYAString> m_items;
+    std::vector<VYAString> mItems;
 };
 
 } // namespace NTesselSharedUtil

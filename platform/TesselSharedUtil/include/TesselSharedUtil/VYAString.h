@@ -31,18 +31,18 @@ public:
     VYAString& Append(const VYAString& other);
 
     // Never null; the buffer is NUL-terminated after GetLength() bytes.
-    const char* GetBuffer() const noexcept { return m_text.c_str(); }
-    std::size_t GetLength() const noexcept { return m_text.size(); }
-    bool IsEmpty() const noexcept { return m_text.empty(); }
-    void Clear() noexcept { m_text.clear(); }
-    std::string_view GetView() const noexcept { return m_text; }
+    const char* GetBuffer() const noexcept { return mText.c_str(); }
+    std::size_t GetLength() const noexcept { return mText.size(); }
+    bool IsEmpty() const noexcept { return mText.empty(); }
+    void Clear() noexcept { mText.clear(); }
+    std::string_view GetView() const noexcept { return mText; }
 
-    friend bool operator==(const VYAString& lhs, const VYAString& rhs) noexcept { return lhs.m_text == rhs.m_text; }
+    friend bool operator==(const VYAString& lhs, const VYAString& rhs) noexcept { return lhs.mText == rhs.mText; }
     friend bool operator!=(const VYAString& lhs, const VYAString& rhs) noexcept { return !(lhs == rhs); }
-    friend bool operator<(const VYAString& lhs, const VYAString& rhs) noexcept { return lhs.m_text < rhs.m_text; }
+    friend bool operator<(const VYAString& lhs, const VYAString& rhs) noexcept { return lhs.mText < rhs.mText; }
 
 private:
-    std::string m_text;
+    std::string mText;
 };
 
 TESSEL_SHAREDUTIL_API bool operator==(const VYAString& lhs, const char* rhs) noexcept;

@@ -1,0 +1,160 @@
+"""Writes conformance tests from the descriptions: for every generated class and collection,
+what its record promises (defaults, absent members, assertion texts, the tags it takes and
+refuses, copies) is checked against the compiled code, so that a wrong record or template
+fails loudly."""
+
+from descriptions import tag_enumerator
+from emit_cpp import BANNER, cpp_string
+
+# A value per handler that differs from every default, and how the getter reads it back.
+SAMPLE = {
+    "TChar": ('"conformance"', 'EXPECT_STREQ(element.Get{name}(), "conformance");'),
+    "UInt": ("7u", "EXPECT_EQ(element.Get{name}(), 7u);"),
+    "Int": ("-7", "EXPECT_EQ(element.Get{name}(), -7);"),
+    "Double": ("2.5", "EXPECT_DOUBLE_EQ(element.Get{name}(), 2.5);"),
+    "Byte": ("7", "EXPECT_EQ(element.Get{name}(), 7);"),
+    "Bool": ("true", "EXPECT_TRUE(element.Is{name}());"),
+}
+
+
+def _default_check(model, m):
+    if m.kind == "scalar" and m.type == "text":
+        text = m.default if m.default is not None else ""
+        return [f"EXPECT_STREQ(element.Get{m.name}(), {cpp_string(text)});"]
+    if m.kind == "scalar" and m.type == "bool":
+        return [f"EXPECT_EQ(element.Is{m.name}(), {'true' if m.default else 'false'});"]
+    if m.kind == "scalar":
+        value = m.default if m.default is not None else 0
+        return [f"EXPECT_EQ(element.Get{m.name}(), {value});"]
+    if m.kind == "enum":
+        value = m.default if m.default is not None else 0
+        return [f"EXPECT_EQ(static_cast<int>(element.Get{m.name}()), {value});"]
+    if m.kind == "element":
+        text = m.assert_text or f"{m.field}.Pointee() != NULL"
+        return [f"ExpectAssertion([&] {{ element.Get{m.name}(); }}, {cpp_string(text)});"]
+    if m.kind == "collection":
+        return [f"EXPECT_TRUE(element.{m.name}().IsEmpty());"]
+    if m.kind == "choice":
+        text = m.assert_text or f"{m.field}!= NULL"
+        return [f"ExpectAssertion([&] {{ element.Get{m.name}(); }}, {cpp_string(text)});"]
+    return []
+
+
+def _class_test(model, cls):
+    members = cls.all_members()
+    tag = tag_enumerator(cls.tag) if cls.tag else "TAG_UNSET"
+    lines = [f"TEST(Conformance, {cls.stem})", "{", "    Document document;",
+             f"    {cls.name}& element = document.factory.Make{cls.stem}(document.host, {tag});",
+             "    document.Adopt(element);", "",
+             "    // Identity after construction.",
+             f"    EXPECT_EQ(element.GetOdxTag(), {tag});",
+             "    EXPECT_EQ(&element.GetParent(), &document.host);",
+             "    EXPECT_EQ(&element.GetRootElement(), &document.root);", "",
+             "    // Defaults: optional members absent, getters of absent children fail."]
+    for m in members:
+        if m.optional or m.kind in ("element", "choice"):
+            lines.append(f"    EXPECT_FALSE(element.Has{m.name}());")
+        lines += ["    " + l for l in _default_check(model, m)]
+    lines += ["", "    // No class takes the reserved tag."]
+    lines += ["    ForeignElement foreign(document.host);",
+              "    EXPECT_FALSE(element.HandleTag(TAG_BLOCK, foreign));",
+              '    EXPECT_FALSE(element.HandleTChar(TAG_BLOCK, "x"));',
+              "    EXPECT_FALSE(element.HandleUInt(TAG_BLOCK, 1u));"]
+    filled = []
+    lines += ["", "    // Every delivered tag reaches its member."]
+    for m in members:
+        if not m.handler:
+            continue
+        if m.handler == "Tag" and m.kind == "element":
+            concrete = model.concrete_of(m.type)
+            for t in m.tags:
+                lines.append(f"    EXPECT_FALSE(element.HandleTag({tag_enumerator(t)}, foreign));")
+            if concrete is None:
+                continue
+            child_tag = tag_enumerator(m.tags[0])
+            lines += [f"    {{",
+                      f"        auto& child = document.factory.Make{concrete.stem}(element, {child_tag});",
+                      f"        EXPECT_TRUE(element.HandleTag({child_tag}, child));",
+                      f"        EXPECT_TRUE(element.Has{m.name}());",
+                      f"        EXPECT_EQ(&element.Get{m.name}(), &child);",
+                      f"        EXPECT_EQ(child.GetPadLockCount(), 1);",
+                      f"    }}"]
+            filled.append(m)
+        elif m.handler == "Tag" and m.kind == "collection":
+            coll = model.collections[m.type]
+            concrete = model.concrete_of(coll.item)
+            if concrete is None:
+                continue
+            child_tag = tag_enumerator(m.tags[0])
+            lines += [f"    {{",
+                      f"        auto& item = document.factory.Make{concrete.stem}(element, {child_tag});",
+                      f"        EXPECT_TRUE(element.HandleTag({child_tag}, item));",
+                      f"        EXPECT_EQ(element.{m.name}().Count(), 1u);",
+                      f"    }}"]
+        elif m.handler in SAMPLE:
+            value, check = SAMPLE[m.handler]
+            for t in m.tags:
+                lines.append(f"    EXPECT_TRUE(element.Handle{m.handler}({tag_enumerator(t)}, {value}));")
+            lines.append("    " + check.format(name=m.name))
+            if m.optional:
+                lines.append(f"    EXPECT_TRUE(element.Has{m.name}());")
+            filled.append(m)
+    lines += ["", "    // A copy holds equal values and children of its own."]
+    lines += ["    auto& copy = element.Clone(document.host);", "    document.Adopt(copy);",
+              "    EXPECT_EQ(copy.GetOdxTag(), element.GetOdxTag());",
+              "    EXPECT_EQ(&copy.GetParent(), &document.host);"]
+    for m in filled:
+        if m.kind == "element":
+            lines += [f"    ASSERT_TRUE(copy.Has{m.name}());",
+                      f"    EXPECT_NE(&copy.Get{m.name}(), &element.Get{m.name}());",
+                      f"    EXPECT_EQ(&copy.Get{m.name}().GetParent(), &copy);"]
+        elif m.handler in SAMPLE:
+            lines.append("    " + SAMPLE[m.handler][1].format(name=m.name).replace("element.", "copy."))
+    lines.append("}")
+    return "\n".join(lines)
+
+
+def _collection_test(model, coll):
+    concrete = model.concrete_of(coll.item)
+    lines = [f"TEST(Conformance, {coll.stem})", "{", "    Document document;",
+             f"    {coll.name}& collection = document.factory.{coll.make_name}(document.host);",
+             "    document.Adopt(collection);",
+             "    EXPECT_EQ(collection.GetOdxTag(), TAG_COLLECTION);",
+             "    EXPECT_TRUE(collection.IsEmpty());",
+             f"    EXPECT_TRUE(EndsWith(collection.GetXPATH(eXPathShortName), \"/{coll.plural}\"));",
+             "    ForeignElement foreign(document.host);",
+             "    EXPECT_FALSE(collection.HandleTag(TAG_BLOCK, foreign));"]
+    if concrete is not None:
+        for t in coll.tags:
+            e = tag_enumerator(t)
+            parent = "PhysicalParentIs(item, collection)" if coll.append == "sets" \
+                else "PhysicalParentIs(item, document.host)"
+            lines += ["    {",
+                      f"        auto& item = document.factory.Make{concrete.stem}(document.host, {e});",
+                      f"        EXPECT_FALSE(collection.HandleTag(TAG_BLOCK, item));",
+                      f"        EXPECT_TRUE(collection.HandleTag({e}, item));",
+                      f"        EXPECT_TRUE({parent});",
+                      f"        EXPECT_THROW(collection.HandleTag({e}, foreign), std::bad_cast);",
+                      "    }"]
+        lines += [f"    auto& copy = collection.Clone(document.host);", "    document.Adopt(copy);",
+                  "    EXPECT_EQ(copy.Count(), collection.Count());",
+                  "    for (auto& item : copy) {",
+                  "        EXPECT_EQ(&AsElement(item).GetParent(), &copy);",
+                  "    }"]
+    lines.append("}")
+    return "\n".join(lines)
+
+
+def emit_tests(model):
+    files = {}
+    for subsystem in model.subsystems():
+        tests = [_class_test(model, c) for c in sorted(model.classes.values(), key=lambda c: c.name)
+                 if c.subsystem == subsystem and not c.hand and not c.abstract]
+        tests += [_collection_test(model, c) for c in sorted(model.collections.values(), key=lambda c: c.name)
+                  if c.subsystem == subsystem and not c.hand]
+        if not tests:
+            continue
+        text = (BANNER + '#include "ConformanceSupport.h"\n\nnamespace NODX220 {\nnamespace {\n\n' +
+                "\n\n".join(tests) + "\n\n} // namespace\n} // namespace NODX220\n")
+        files[f"conformance/{subsystem.capitalize()}Conformance.cpp"] = text
+    return files
