@@ -1,0 +1,23 @@
+// Uses the installed package the way an outside program does: only the umbrella header.
+#include <TesselODX220Model.h>
+
+#include <cstdio>
+#include <cstring>
+
+int main()
+{
+    using namespace NODX220;
+    VOdxFactory& factory = VOdxFactory::Instance();
+    VOdx& root = factory.MakeOdx();
+    VFlash& flash = factory.MakeFlash(root, TAG_FLASH);
+    flash.HandleTChar(TAG_SHORT_NAME, "F1");
+    root.HandleTag(TAG_FLASH, flash);
+    const VYAString path = flash.GetXPATH(eXPathShortName);
+    factory.DestroyOdx(root);
+    if (std::strcmp(path.GetBuffer(), "ODX/FLASH") != 0) {
+        std::fprintf(stderr, "unexpected path %s\n", path.GetBuffer());
+        return 1;
+    }
+    std::puts("consumer: ok");
+    return 0;
+}
