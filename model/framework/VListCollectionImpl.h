@@ -3,7 +3,6 @@
 // Definitions of VListCollection that need the item class complete. Included by the generated
 // sources only, which instantiate each collection's list once.
 
-#include <cstring>
 #include <type_traits>
 
 #include "framework/VListCollection.h"
@@ -65,13 +64,13 @@ void VListCollection<T>::_Remove(typename Container::iterator position)
 template <class T>
 uint32_t VListCollection<T>::_PositionOf(const VOdxElement& origin, bool& found) const
 {
-    // Items count by the text of their tag, so that only those of origin's kind are numbered.
-    const char* originTag = VOdxTagEnumMapper::EnumToChar(origin.GetOdxTag());
+    // Items count by their XML name, so that only those of origin's kind are numbered.
+    const VYAString originTag = origin.GetXmlTag();
     uint32_t position = 1;
     found = false;
     for (T* item : mItems) {
         const VOdxElement& element = _AsElement(*item);
-        if (std::strcmp(VOdxTagEnumMapper::EnumToChar(element.GetOdxTag()), originTag) == 0) {
+        if (element.GetXmlTag() == originTag) {
             if (&element == &origin) {
                 found = true;
                 break;

@@ -145,7 +145,7 @@ VYAString VOdxElement::GetXPATHInternal(const VOdxElement&, VYAString& predicate
     // The collection above may fill the predicate, so the climb runs first.
     VYAString path = GetPhysicalParent().GetXPATHInternal(*this, predicate, type);
     path.Append("/");
-    path.Append(VOdxTagEnumMapper::EnumToChar(mOdxTag));
+    path.Append(GetXmlTag());
     if (!predicate.IsEmpty()) {
         path.Append("[");
         path.Append(predicate);

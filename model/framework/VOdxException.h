@@ -10,7 +10,7 @@ using NTesselSharedUtil::VYAString;
 // The one exception of the model. Thrown by value; the library itself catches nothing.
 class TESSEL_ODX_API VOdxException {
 public:
-    enum VOdxExceptionCode {
+    enum VOdxExceptionCode : int {
         OE_ModelError = 0,
         OE_ConversionError = 1
     };

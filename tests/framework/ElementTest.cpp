@@ -35,7 +35,10 @@ public:
     bool HandleTag(VOdxTagEnum, VOdxElement&) override { return false; }
 };
 
-using PadLockTest = DocumentFixture;
+class PadLockTest : public DocumentFixture {
+protected:
+    std::vector<int> mCounts;
+};
 
 TEST_F(PadLockTest, LastRemovalDestroysAndRemovalAtZeroDoesNot)
 {
@@ -121,7 +124,7 @@ TEST_F(PadLockTest, ReferencedInHandleButNotInCollection)
 TEST_F(PadLockTest, MemberSetterLocksBeforeReleasing)
 {
     VFlash& flash = AddFlash("F");
-    std::vector<int> counts;
+    std::vector<int>& counts = mCounts;
     auto* first = new CountingText(flash, counts, mGraveyard, "first");
     flash.SetLongName(*first);
     EXPECT_EQ(1, first->GetPadLockCount());
