@@ -34,7 +34,9 @@ CLASS_KEYS = {"bases", "abstract", "hand", "header", "clone_as", "hooks", "depar
 MEMBER_KEYS = {"name", "type", "optional", "tags", "handler", "default", "assert", "xml", "doc"}
 COLLECTION_KEYS = {"item", "tags", "append", "path", "step", "plural", "clone", "hand",
                    "header", "make", "doc"}
-ENUM_KEYS = {"literals", "values", "doc", "scope"}
+LINK_KEYS = {"target", "tags", "void_has", "resolvers", "doc"}
+VISITOR_KEYS = {"family", "visits", "doc"}
+ENUM_KEYS = {"literals", "values", "doc", "scope", "hand", "header"}
 
 
 class DescriptionError(Exception):
@@ -105,6 +107,8 @@ class ElementClass:
         self.departures = record.get("departures", [])
         self.doc = record.get("doc", "")
         self.members = [Member(self, m) for m in record.get("members", [])]
+        self.accepts = []  # visitors whose family this class heads
+        self.visited_by = []  # visitors with a Visit operation for this class
         self.base_classes = []  # resolved element-class bases, in order
         self.extern_bases = []  # names of hand-written non-element bases
 
@@ -150,6 +154,52 @@ class ElementClass:
     def inherits_handler(self, handler):
         """Whether a described ancestor overrides Handle<handler>."""
         return any(a.defines_handler(handler) for a in self.ancestors())
+
+
+class LinkClass(ElementClass):
+    """A typed link element: a parent's reference to a target of one class, holding the
+    ILink object (VOdxlink, VSnref or VSnpathref) and caching the target once known."""
+
+    def __init__(self, subsystem, name, record):
+        unknown = set(record) - LINK_KEYS
+        if unknown:
+            raise DescriptionError(f"{name}: unknown link keys {sorted(unknown)}")
+        super().__init__(subsystem, name, {"bases": ["VOdxElement"], "doc": record.get("doc", "")})
+        self.target = record["target"]
+        self.tag = record.get("tags", [None])[0]
+        self.link_tags = record.get("tags", [])
+        self.void_has = record.get("void_has", True)
+        self.resolvers = record.get("resolvers", [])
+        for resolver in self.resolvers:
+            if set(resolver) != {"call", "context"}:
+                raise DescriptionError(f"{name}: a resolver has call and context")
+
+    @property
+    def target_stem(self):
+        return self.target[1:]
+
+    @property
+    def target_field(self):
+        return "mp" + self.target_stem
+
+
+class Visitor:
+    def __init__(self, subsystem, name, record):
+        unknown = set(record) - VISITOR_KEYS
+        if unknown:
+            raise DescriptionError(f"{name}: unknown visitor keys {sorted(unknown)}")
+        if not name.endswith("Visitor"):
+            raise DescriptionError(f"{name}: a visitor's name ends in Visitor")
+        self.subsystem = subsystem
+        self.name = name
+        self.family = record["family"]
+        self.visits = record.get("visits", [])
+        self.doc = record.get("doc", "")
+        self.header = f"{subsystem}/{name}.h"
+
+    @property
+    def dispatch(self):
+        return "Dispatch" + self.family[1:]
 
 
 class Collection:
@@ -199,7 +249,8 @@ class Enum:
         self.values = record.get("values", list(range(len(self.literals))))
         self.doc = record.get("doc", "")
         self.scope = record.get("scope")
-        self.header = f"{subsystem}/{name}.h"
+        self.hand = record.get("hand", False)
+        self.header = record.get("header", f"{subsystem}/{name}.h")
         if len(self.values) != len(self.literals):
             raise DescriptionError(f"{name}: as many values as literals")
 
@@ -211,6 +262,7 @@ class Model:
         self.tags = self._load_tags(self.root / "framework" / "tags.txt")
         self.tag_index = {t: i for i, t in enumerate(self.tags)}
         self.classes = {}
+        self.visitors = {}
         self.collections = {}
         self.enums = {}
         self.externs = {}
@@ -235,20 +287,25 @@ class Model:
         subsystem = path.parent.name
         with path.open("rb") as handle:
             data = tomllib.load(handle)
-        unknown = set(data) - {"class", "collection", "enum", "extern"}
+        unknown = set(data) - {"class", "link", "visitor", "collection", "enum", "extern"}
         if unknown:
             raise DescriptionError(f"{path}: unknown sections {sorted(unknown)}")
         for name, record in data.get("extern", {}).items():
             self.externs[name] = record["header"]
         for name, record in data.get("class", {}).items():
             self._add(self.classes, name, ElementClass(subsystem, name, record), path)
+        for name, record in data.get("link", {}).items():
+            self._add(self.classes, name, LinkClass(subsystem, name, record), path)
+        for name, record in data.get("visitor", {}).items():
+            self._add(self.visitors, name, Visitor(subsystem, name, record), path)
         for name, record in data.get("collection", {}).items():
             self._add(self.collections, name, Collection(subsystem, name, record), path)
         for name, record in data.get("enum", {}).items():
             self._add(self.enums, name, Enum(subsystem, name, record), path)
 
     def _add(self, table, name, value, path):
-        if name in self.classes or name in self.collections or name in self.enums:
+        if name in self.classes or name in self.collections or name in self.enums or \
+                name in self.visitors:
             raise DescriptionError(f"{path}: {name} is described twice")
         table[name] = value
 
@@ -288,6 +345,25 @@ class Model:
                 coll.item_class = self.classes[coll.item]
             elif not coll.item.startswith("I"):
                 raise DescriptionError(f"{coll.name}: unknown item class {coll.item}")
+        for cls in self.classes.values():
+            if isinstance(cls, LinkClass):
+                for tag in cls.link_tags:
+                    self.check_tag(cls.name, tag)
+                if cls.target not in self.classes and not cls.target.startswith("I"):
+                    raise DescriptionError(f"{cls.name}: unknown target {cls.target}")
+        for visitor in self.visitors.values():
+            family = self.classes.get(visitor.family)
+            if family is None:
+                raise DescriptionError(f"{visitor.name}: unknown family {visitor.family}")
+            for name in visitor.visits:
+                visited = self.classes.get(name)
+                if visited is None or visited.abstract:
+                    raise DescriptionError(f"{visitor.name}: {name} is no concrete class")
+                if visited is not family and family not in visited.ancestors():
+                    raise DescriptionError(f"{visitor.name}: {name} is not of {family.name}")
+            family.accepts.append(visitor)
+            for name in visitor.visits:
+                self.classes[name].visited_by.append(visitor)
         self._check_cycles()
 
     def _kind_of(self, cls, member):
@@ -320,6 +396,8 @@ class Model:
             visit(cls, [])
 
     def header_of(self, name):
+        if name in self.visitors:
+            return self.visitors[name].header
         if name in self.classes:
             return self.classes[name].header
         if name in self.collections:

@@ -26,6 +26,9 @@ public:
     void Clear() { mLinks.clear(); }
     uint32_t Count() const { return static_cast<uint32_t>(mLinks.size()); }
     Iterator Begin() { return Iterator(mLinks.begin()); }
+    // Resolves every link, resolved ones included; unless silent, each link that fails is
+    // logged at level 1. Failures stay on the list for a later run.
+    virtual void ResolveReferences(bool silent);
     Iterator End() { return Iterator(mLinks.end()); }
 
 private:

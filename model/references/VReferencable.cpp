@@ -4,6 +4,7 @@
 #include "framework/VOdxCategory.h"
 #include "framework/internal/Failure.h"
 #include "references/VIdRefMap.h"
+#include "references/VOdxlink.h"
 #include "references/internal/DocumentTags.h"
 
 namespace NODX220 {
@@ -21,6 +22,10 @@ VReferencable::~VReferencable()
         return;
     }
     mpOdxElement->GetRootElement().GetIdRefMap().Remove(mId, *this);
+    // The links forget their target but keep their text, so that they can resolve again.
+    for (VOdxlink* link : mLinks) {
+        link->ReferencableDestroyed();
+    }
 }
 
 bool VReferencable::_RootInDestruction() const
@@ -70,8 +75,9 @@ void VReferencable::DeRegister(VOdxlink& link)
 
 void VReferencable::Notify()
 {
-    // Links register here once they can be resolved; with none registered there is nobody
-    // to tell.
+    for (VOdxlink* link : mLinks) {
+        link->ReferencableHasChanged();
+    }
 }
 
 void VReferencable::SetShortNames()

@@ -16,6 +16,10 @@ namespace Internal {
 // Logs "ODX ERR: Element is not of type <typeName>" at severity 0, when logging admits it.
 void LogWrongType(uint32_t groupId, const char* typeName);
 
+// Whether a line of this severity in this group would be written: logging enabled, the group
+// in the mask, and the global level at or above the severity. Lines are built only then.
+bool LogAdmits(NTesselSharedUtil::Logging::VLogLevel::VSeverityLevel severity, uint32_t groupId);
+
 // Logs the text at the severity, when logging admits it.
 void LogLine(NTesselSharedUtil::Logging::VLogLevel::VSeverityLevel severity, uint32_t groupId,
              const char* text);
