@@ -30,12 +30,13 @@ HANDLER_VALUE = {
 }
 
 CLASS_KEYS = {"bases", "abstract", "hand", "header", "clone_as", "hooks", "departures",
-              "members", "tag", "doc"}
+              "members", "tag", "implements", "doc"}
 MEMBER_KEYS = {"name", "type", "optional", "tags", "handler", "default", "assert", "xml", "doc"}
 COLLECTION_KEYS = {"item", "tags", "append", "path", "step", "plural", "clone", "hand",
                    "header", "make", "doc"}
 LINK_KEYS = {"target", "tags", "void_has", "resolvers", "doc"}
 VISITOR_KEYS = {"family", "visits", "doc"}
+CHOICE_KEYS = {"is", "get_as", "clone", "doc"}
 ENUM_KEYS = {"literals", "values", "doc", "scope", "hand", "header"}
 
 
@@ -107,6 +108,8 @@ class ElementClass:
         self.departures = record.get("departures", [])
         self.doc = record.get("doc", "")
         self.members = [Member(self, m) for m in record.get("members", [])]
+        # Choice interfaces this class implements, each with the alternative it is.
+        self.implements = record.get("implements", [])
         self.accepts = []  # visitors whose family this class heads
         self.visited_by = []  # visitors with a Visit operation for this class
         self.base_classes = []  # resolved element-class bases, in order
@@ -181,6 +184,24 @@ class LinkClass(ElementClass):
     @property
     def target_field(self):
         return "mp" + self.target_stem
+
+
+class Choice:
+    """A choice interface: a narrow typed view on a place that holds one of a few kinds."""
+
+    def __init__(self, subsystem, name, record):
+        unknown = set(record) - CHOICE_KEYS
+        if unknown:
+            raise DescriptionError(f"{name}: unknown choice keys {sorted(unknown)}")
+        self.subsystem = subsystem
+        self.name = name
+        self.is_names = record.get("is", [])
+        self.get_as = record.get("get_as", {})
+        self.clones = record.get("clone", [])
+        self.doc = record.get("doc", "")
+        self.header = f"{subsystem}/{name}.h"
+        if not self.clones:
+            raise DescriptionError(f"{name}: a choice names its clone operation")
 
 
 class Visitor:
@@ -263,6 +284,7 @@ class Model:
         self.tag_index = {t: i for i, t in enumerate(self.tags)}
         self.classes = {}
         self.visitors = {}
+        self.choices = {}
         self.collections = {}
         self.enums = {}
         self.externs = {}
@@ -287,7 +309,8 @@ class Model:
         subsystem = path.parent.name
         with path.open("rb") as handle:
             data = tomllib.load(handle)
-        unknown = set(data) - {"class", "link", "visitor", "collection", "enum", "extern"}
+        unknown = set(data) - {"class", "link", "visitor", "choice", "collection", "enum",
+                                 "extern"}
         if unknown:
             raise DescriptionError(f"{path}: unknown sections {sorted(unknown)}")
         for name, record in data.get("extern", {}).items():
@@ -296,6 +319,8 @@ class Model:
             self._add(self.classes, name, ElementClass(subsystem, name, record), path)
         for name, record in data.get("link", {}).items():
             self._add(self.classes, name, LinkClass(subsystem, name, record), path)
+        for name, record in data.get("choice", {}).items():
+            self._add(self.choices, name, Choice(subsystem, name, record), path)
         for name, record in data.get("visitor", {}).items():
             self._add(self.visitors, name, Visitor(subsystem, name, record), path)
         for name, record in data.get("collection", {}).items():
@@ -305,7 +330,7 @@ class Model:
 
     def _add(self, table, name, value, path):
         if name in self.classes or name in self.collections or name in self.enums or \
-                name in self.visitors:
+                name in self.visitors or name in self.choices:
             raise DescriptionError(f"{path}: {name} is described twice")
         table[name] = value
 
@@ -322,7 +347,7 @@ class Model:
             for base in cls.bases:
                 if base in self.classes:
                     cls.base_classes.append(self.classes[base])
-                elif base in self.externs:
+                elif base in self.externs or base in self.choices:
                     cls.extern_bases.append(base)
                 else:
                     raise DescriptionError(f"{cls.name}: unknown base {base}")
@@ -351,6 +376,15 @@ class Model:
                     self.check_tag(cls.name, tag)
                 if cls.target not in self.classes and not cls.target.startswith("I"):
                     raise DescriptionError(f"{cls.name}: unknown target {cls.target}")
+        for cls in self.classes.values():
+            for entry in cls.implements:
+                choice = self.choices.get(entry.get("interface"))
+                if choice is None or set(entry) - {"interface", "as"}:
+                    raise DescriptionError(f"{cls.name}: implements names a choice and its alternative")
+                if entry.get("as") not in choice.is_names:
+                    raise DescriptionError(f"{cls.name}: {entry.get('as')} is no alternative of {choice.name}")
+                if choice.name not in cls.bases:
+                    raise DescriptionError(f"{cls.name}: {choice.name} must stand among the bases")
         for visitor in self.visitors.values():
             family = self.classes.get(visitor.family)
             if family is None:
@@ -376,7 +410,7 @@ class Model:
             return "collection"
         if t in self.classes:
             return "element"
-        if re.match(r"^I[A-Z]", t):
+        if t in self.choices:
             return "choice"
         raise DescriptionError(f"{cls.name}.{member.name}: unknown type {t}")
 
@@ -396,6 +430,8 @@ class Model:
             visit(cls, [])
 
     def header_of(self, name):
+        if name in self.choices:
+            return self.choices[name].header
         if name in self.visitors:
             return self.visitors[name].header
         if name in self.classes:

@@ -257,6 +257,10 @@ class ClassEmitter:
         if accepts:
             lines.append("")
             lines += accepts
+        choice_decls, _ = choice_overrides(self.model, cls)
+        if choice_decls:
+            lines.append("")
+            lines += choice_decls
         handlers = self.handler_kinds()
         if handlers:
             lines.append("")
@@ -463,6 +467,7 @@ class ClassEmitter:
     def source_includes(self):
         includes = {self.cls.header, SOURCE_LINK}
         includes |= {v.header for v in self.cls.visited_by}
+        includes |= choice_includes(self.model, self.cls)
         for m in self.cls.members:
             if m.kind in ("element", "collection", "choice"):
                 header = self.model.header_of(m.type)
@@ -479,6 +484,7 @@ class ClassEmitter:
         parts += self.clone_definitions()
         parts += self.accessor_definitions()
         parts += self.accept_definitions()
+        parts += choice_overrides(self.model, self.cls)[1]
         parts += self.handler_definitions()
         return f"// {self.cls.name}\n\n" + "\n".join(parts)
 
@@ -605,7 +611,8 @@ class LinkEmitter:
             args = ", ".join(self._param(a, i) for i, a in enumerate(r["context"]))
             parts.append(
                 f"bool {n}::Has{stem}({params})\n{{\n"
-                "    if (mpLink->IsSnref()) {\n"
+                "    // Asking without a link object is the caller's error; it finds nothing.\n"
+                "    if (mpLink != nullptr && mpLink->IsSnref()) {\n"
                 "        if (VAbstractSnrefResolver* resolver = GetRootElement().GetSnrefResolver()) {\n"
                 "            auto& snref = dynamic_cast<VSnref&>(*mpLink);\n"
                 f"            if ({t}* found = resolver->{r['call']}(snref.GetShortName(), {args})) {{\n"
@@ -614,6 +621,87 @@ class LinkEmitter:
                 f"    return {field} != nullptr;\n}}\n")
         parts.append(f"bool {n}::HandleTag(VOdxTagEnum, VOdxElement&)\n{{\n    return false;\n}}\n")
         return f"// {n}\n\n" + "\n".join(parts)
+
+
+# ---------------------------------------------------------------------------------------------
+# Choice interfaces
+
+
+def clone_entries(choice):
+    """(operation, result interface) of each clone operation of a choice."""
+    return [(c, choice.name) if isinstance(c, str) else (c[0], c[1]) for c in choice.clones]
+
+
+class ChoiceEmitter:
+    def __init__(self, model, choice):
+        self.model = model
+        self.choice = choice
+
+    def header(self):
+        c = self.choice
+        clones = clone_entries(c)
+        forwards = sorted(set(c.get_as.values()) | {"VOdxElement"} |
+                          {r for _, r in clones if r != c.name})
+        lines = [BANNER + "#pragma once", "", '#include "framework/TesselODX220ModelExport.h"', "",
+                 "namespace NODX220 {", ""] + [f"class {n};" for n in forwards] + [""]
+        lines.append(f"// {c.doc}" if c.doc else "// A typed view on a place that holds one of a few kinds.")
+        lines += [f"class TESSEL_ODX_API {c.name} {{", "public:",
+                  f"    {c.name}() = default;", f"    {c.name}(const {c.name}&) = default;",
+                  f"    {c.name}& operator=(const {c.name}&) = default;", f"    virtual ~{c.name}();", ""]
+        lines += [f"    virtual bool Is{n}() const = 0;" for n in c.is_names]
+        lines += ["    // Null, with a logged line, when the object is of another kind."]
+        lines += [f"    virtual {t}* GetAs{n}() = 0;" for n, t in c.get_as.items()]
+        lines += [f"    virtual {r}& {op}(VOdxElement& newParent) = 0;" for op, r in clones]
+        lines += ["};", "", "} // namespace NODX220", ""]
+        return "\n".join(lines)
+
+    def source_includes(self):
+        return {self.choice.header}
+
+    def definitions(self):
+        c = self.choice
+        return f"// {c.name}\n\n{c.name}::~{c.name}() = default;\n"
+
+
+def choice_overrides(model, cls):
+    """Declarations and definitions a class writes for the choices it implements: its own
+    discriminators, and in a concrete class the clone operations of every choice it has."""
+    decls, defs = [], []
+    for entry in cls.implements:
+        choice = model.choices[entry["interface"]]
+        own = entry["as"]
+        for n in choice.is_names:
+            decls.append(f"    bool Is{n}() const override;")
+            defs.append(f"bool {cls.name}::Is{n}() const\n{{\n    return {'true' if n == own else 'false'};\n}}\n")
+        for n, t in choice.get_as.items():
+            decls.append(f"    {t}* GetAs{n}() override;")
+            if n == own:
+                body = "    return this;"
+            else:
+                body = f"    Internal::LogWrongType(kLogGroupId, {cpp_string(t)});\n    return nullptr;"
+            defs.append(f"{t}* {cls.name}::GetAs{n}()\n{{\n{body}\n}}\n")
+    if not cls.abstract:
+        seen = set()
+        for owner in [cls] + cls.ancestors():
+            for entry in owner.implements:
+                choice = model.choices[entry["interface"]]
+                for op, result in clone_entries(choice):
+                    if op in seen:
+                        continue
+                    seen.add(op)
+                    decls.append(f"    {result}& {op}(VOdxElement& newParent) override;")
+                    defs.append(f"{result}& {cls.name}::{op}(VOdxElement& newParent)\n{{\n"
+                                f"    return Clone(newParent);\n}}\n")
+    return decls, defs
+
+
+def choice_includes(model, cls):
+    includes = set()
+    for owner in [cls] + cls.ancestors():
+        for entry in owner.implements:
+            choice = model.choices[entry["interface"]]
+            includes |= {model.header_of(t) for t in choice.get_as.values() if model.header_of(t)}
+    return includes
 
 
 # ---------------------------------------------------------------------------------------------
@@ -735,10 +823,13 @@ def emit_subsystem_sources(model, files):
                     for c in model.classes.values() if c.subsystem == subsystem and not c.hand]
         emitters += [VisitorEmitter(model, v) for v in model.visitors.values()
                      if v.subsystem == subsystem]
+        emitters += [ChoiceEmitter(model, c) for c in model.choices.values()
+                     if c.subsystem == subsystem]
         emitters += [CollectionEmitter(model, c) for c in model.collections.values()
                      if c.subsystem == subsystem and not c.hand]
         for emitter in emitters:
-            owner = getattr(emitter, "cls", None) or getattr(emitter, "coll", None) or emitter.visitor
+            owner = (getattr(emitter, "cls", None) or getattr(emitter, "coll", None) or
+                     getattr(emitter, "visitor", None) or emitter.choice)
             files.add(owner.header, emitter.header())
         for enum in model.enums.values():
             if enum.subsystem == subsystem and not enum.hand:
@@ -789,6 +880,7 @@ def emit_makers(model, files):
 def emit_class_list(model, files):
     headers = sorted({c.header for c in model.classes.values()} |
                      {v.header for v in model.visitors.values()} |
+                     {c.header for c in model.choices.values()} |
                      {c.header for c in model.collections.values()} |
                      {e.header for e in model.enums.values()})
     files.add("TesselODX220ModelClasses.h",

@@ -3,7 +3,7 @@ what its record promises (defaults, absent members, assertion texts, the tags it
 refuses, copies) is checked against the compiled code, so that a wrong record or template
 fails loudly."""
 
-from descriptions import tag_enumerator
+from descriptions import LinkClass, tag_enumerator
 from emit_cpp import BANNER, cpp_string
 
 # A value per handler that differs from every default, and how the getter reads it back.
@@ -145,11 +145,72 @@ def _collection_test(model, coll):
     return "\n".join(lines)
 
 
+def _link_test(model, link):
+    tag = tag_enumerator(link.link_tags[0])
+    stem, field = link.target_stem, link.target_field
+    lines = [f"TEST(Conformance, {link.stem})", "{", "    Document document;",
+             f"    {link.name}& element = document.factory.Make{link.stem}(document.host, {tag});",
+             "    document.Adopt(element);",
+             f"    EXPECT_EQ(element.GetOdxTag(), {tag});", "",
+             "    // Without a link object nothing is known.",
+             "    EXPECT_FALSE(element.HasLink());",
+             '    ExpectAssertion([&] { element.GetLink(); }, "mpLink!= NULL");',
+             f"    ExpectAssertion([&] {{ element.Get{stem}(); }}, {cpp_string(field + ' != NULL')});",
+             "    ForeignElement foreign(document.host);",
+             f"    EXPECT_FALSE(element.HandleTag({tag}, foreign));"]
+    target = model.concrete_of(link.target)
+    if link.void_has:
+        lines.append(f"    EXPECT_FALSE(element.Has{stem}());")
+    if link.void_has and target is not None and target.is_referencable():
+        target_tag = tag_enumerator(target.tag) if target.tag else "TAG_UNSET"
+        lines += ["", "    // An id link resolved by the link set gives its target to the element.",
+                  f"    auto& target = document.factory.Make{target.stem}(document.host, {target_tag});",
+                  "    document.Adopt(target);",
+                  '    target.SetId("conformance.target");',
+                  "    auto& link = document.factory.MakeOdxlink(element, TAG_ODXLINK);",
+                  '    link.SetIdRef("conformance.target");',
+                  "    element.SetLink(link);",
+                  "    EXPECT_EQ(link.GetPadLockCount(), 1);",
+                  f"    EXPECT_FALSE(element.Has{stem}());",
+                  "    document.root.GetOdxLinkSet().ResolveReferences(true);",
+                  f"    ASSERT_TRUE(element.Has{stem}());",
+                  f"    EXPECT_EQ(&element.Get{stem}(), &target);", "",
+                  "    // A copy shares the target and holds a link object of its own.",
+                  "    auto& copy = element.Clone(document.host);", "    document.Adopt(copy);",
+                  "    ASSERT_TRUE(copy.HasLink());",
+                  "    EXPECT_NE(&copy.GetLink(), &element.GetLink());",
+                  f"    EXPECT_EQ(&copy.Get{stem}(), &target);"]
+    lines.append("}")
+    return "\n".join(lines)
+
+
+def _visitor_test(model, visitor):
+    recorder = "Recording" + visitor.name[1:]
+    lines = [f"class {recorder} : public {visitor.name} {{", "public:"]
+    lines += [f'    void Visit{n[1:]}({n}&) override {{ calls.push_back("{n}"); }}' for n in visitor.visits]
+    lines += ["    std::vector<std::string> calls;", "};", "",
+              f"TEST(Conformance, {visitor.name[1:]})", "{", "    Document document;"]
+    for name in visitor.visits:
+        cls = model.classes[name]
+        tag = tag_enumerator(cls.tag) if cls.tag else "TAG_UNSET"
+        lines += ["    {", f"        {recorder} visitor;",
+                  f"        auto& element = document.factory.Make{cls.stem}(document.host, {tag});",
+                  "        document.Adopt(element);",
+                  f"        visitor.{visitor.dispatch}(element);",
+                  f'        EXPECT_EQ(visitor.calls, std::vector<std::string>{{"{name}"}});', "    }"]
+    lines.append("}")
+    return "\n".join(lines)
+
+
 def emit_tests(model):
     files = {}
     for subsystem in model.subsystems():
-        tests = [_class_test(model, c) for c in sorted(model.classes.values(), key=lambda c: c.name)
-                 if c.subsystem == subsystem and not c.hand and not c.abstract]
+        classes = [c for c in sorted(model.classes.values(), key=lambda c: c.name)
+                   if c.subsystem == subsystem and not c.hand and not c.abstract]
+        tests = [_link_test(model, c) if isinstance(c, LinkClass) else _class_test(model, c)
+                 for c in classes]
+        tests += [_visitor_test(model, v) for v in sorted(model.visitors.values(), key=lambda v: v.name)
+                  if v.subsystem == subsystem]
         tests += [_collection_test(model, c) for c in sorted(model.collections.values(), key=lambda c: c.name)
                   if c.subsystem == subsystem and not c.hand]
         if not tests:

@@ -21,10 +21,14 @@
 #include "framework/VSmarty.h"
 #include "framework/VXPathType.h"
 
+#include "references/ILink.h"
+#include "references/VAbstractSnrefResolver.h"
 #include "references/VDoctype.h"
 #include "references/VIdRefMap.h"
 #include "references/VOdxLinkSet.h"
+#include "references/VOdxlink.h"
 #include "references/VReferencable.h"
+#include "references/VSnref.h"
 #include "references/VUnresolvedIdRef.h"
 
 #include "values/VTextIdElementSet.h"

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <typeinfo>
+#include <vector>
 
 #include <gtest/gtest.h>
 
