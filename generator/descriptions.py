@@ -30,11 +30,14 @@ HANDLER_VALUE = {
 }
 
 CLASS_KEYS = {"bases", "abstract", "hand", "header", "clone_as", "hooks", "departures",
-              "members", "tag", "implements", "doc"}
-MEMBER_KEYS = {"name", "type", "optional", "tags", "handler", "default", "assert", "xml", "doc"}
+              "fields", "members", "tag", "implements", "xml_order", "protected", "includes",
+              "forwards", "doc"}
+MEMBER_KEYS = {"name", "type", "optional", "tags", "handler", "default", "assert", "xml", "lazy",
+               "copy", "doc"}
+HOOKS = {"construct", "copy", "destroy"}
 COLLECTION_KEYS = {"item", "tags", "append", "path", "step", "plural", "clone", "hand",
                    "header", "make", "doc"}
-LINK_KEYS = {"target", "tags", "void_has", "resolvers", "doc"}
+LINK_KEYS = {"target", "tags", "void_has", "resolvers", "implements", "doc"}
 VISITOR_KEYS = {"family", "visits", "doc"}
 CHOICE_KEYS = {"is", "get_as", "clone", "doc"}
 ENUM_KEYS = {"literals", "values", "doc", "scope", "hand", "header"}
@@ -72,14 +75,20 @@ class Member:
         self.default = record.get("default")
         self.assert_text = record.get("assert")
         self.xml = record.get("xml")
+        # A lazy text is a string made on first Set; Has tells whether it exists.
+        self.lazy = record.get("lazy", False)
+        # "nonempty": a copy takes the text only when it is not empty.
+        self.copy = record.get("copy", "always")
         self.doc = record.get("doc", "")
+        if self.lazy and self.type != "text":
+            raise DescriptionError(f"{owner.name}.{self.name}: only texts are lazy")
         if self.handler and self.handler not in HANDLERS:
             raise DescriptionError(f"{owner.name}.{self.name}: unknown handler {self.handler}")
         self.kind = None  # set by Model.resolve: scalar, enum, element, collection, choice
 
     @property
     def field(self):
-        return "m" + self.name if self.kind != "choice" else "mp" + self.name
+        return "mp" + self.name if self.kind == "choice" or self.lazy else "m" + self.name
 
     @property
     def has_flag(self):
@@ -102,14 +111,26 @@ class ElementClass:
         self.hand = record.get("hand", False)
         self.header = record.get("header", f"{subsystem}/{name}.h")
         self.clone_as = record.get("clone_as")
-        self.hooks = record.get("hooks", False)
+        # Hand-written steps: "construct" runs at the end of both constructors, "copy" at the
+        # end of the copy constructor (with the source), "destroy" first in the destructor.
+        self.hooks = record.get("hooks", [])
+        if set(self.hooks) - HOOKS:
+            raise DescriptionError(f"{name}: hooks are {sorted(HOOKS)}")
+        # Hand-declared private fields, kept verbatim (with their initialisers).
+        self.fields = record.get("fields", [])
         # The element tag the class stands for; derived from the name where the name says it.
         self.tag = record.get("tag")
         self.departures = record.get("departures", [])
+        # Hand-written protected declarations, and what the hand-written parts need declared.
+        self.protected = record.get("protected", [])
+        self.includes = record.get("includes", [])
+        self.forwards = record.get("forwards", [])
         self.doc = record.get("doc", "")
         self.members = [Member(self, m) for m in record.get("members", [])]
         # Choice interfaces this class implements, each with the alternative it is.
         self.implements = record.get("implements", [])
+        # The order of the members in a document, where it is not the declaration order.
+        self.xml_order = record.get("xml_order")
         self.accepts = []  # visitors whose family this class heads
         self.visited_by = []  # visitors with a Visit operation for this class
         self.base_classes = []  # resolved element-class bases, in order
@@ -167,7 +188,10 @@ class LinkClass(ElementClass):
         unknown = set(record) - LINK_KEYS
         if unknown:
             raise DescriptionError(f"{name}: unknown link keys {sorted(unknown)}")
-        super().__init__(subsystem, name, {"bases": ["VOdxElement"], "doc": record.get("doc", "")})
+        implements = record.get("implements", [])
+        bases = ["VOdxElement"] + [entry["interface"] for entry in implements]
+        super().__init__(subsystem, name, {"bases": bases, "implements": implements,
+                                           "doc": record.get("doc", "")})
         self.target = record["target"]
         self.tag = record.get("tags", [None])[0]
         self.link_tags = record.get("tags", [])
@@ -357,10 +381,18 @@ class Model:
                     self.check_tag(f"{cls.name}.{member.name}", tag)
                 if member.handler == "Tag" and member.kind not in ("element", "collection", "choice"):
                     raise DescriptionError(f"{cls.name}.{member.name}: Tag handler on a value")
-                if member.handler and member.handler != "Tag" and member.kind in ("element", "collection"):
+                if member.handler and member.handler != "Tag" and (
+                        member.kind == "element" or
+                        (member.kind == "collection" and not self.collections[member.type].hand)):
                     raise DescriptionError(f"{cls.name}.{member.name}: value handler on an element")
                 if member.handler and not member.tags:
                     raise DescriptionError(f"{cls.name}.{member.name}: a handler needs tags")
+        for cls in self.classes.values():
+            if cls.xml_order is not None:
+                names = {m.name for m in cls.all_members()}
+                unknown = set(cls.xml_order) - names
+                if unknown:
+                    raise DescriptionError(f"{cls.name}: xml_order names no member {sorted(unknown)}")
         for coll in self.collections.values():
             if coll.hand:
                 continue
@@ -464,6 +496,9 @@ class Model:
 
     def clone_operation(self, class_name):
         """The operation that deep-copies an object of this static type."""
+        if class_name in self.choices:
+            first = self.choices[class_name].clones[0]
+            return first if isinstance(first, str) else first[0]
         cls = self.classes.get(class_name)
         if cls is not None and cls.abstract and cls.clone_as:
             return cls.clone_as

@@ -174,13 +174,15 @@ class ClassEmitter:
     def fields(self):
         plain, flags = [], []
         for m in self.cls.members:
-            if m.kind == "scalar" and m.type == "bool":
+            if m.lazy:
+                plain.append(f"    VYAString* {m.field} = nullptr;")
+            elif m.kind == "scalar" and m.type == "bool":
                 flags.append(f"    bool {m.field} : 1;")
             else:
                 plain.append(f"    {_cpp_type(self.model, m)} {m.field};")
-            if m.optional and m.kind in ("scalar", "enum"):
+            if m.optional and m.kind in ("scalar", "enum") and not m.lazy:
                 flags.append(f"    bool {m.has_flag} : 1;")
-        return plain + flags
+        return plain + [f"    {f}" for f in self.cls.fields] + flags
 
     def includes_for_header(self):
         includes = {"framework/TesselODX220ModelExport.h", "framework/VOdxElement.h"}
@@ -200,6 +202,7 @@ class ClassEmitter:
             if m.kind in ("element", "choice"):
                 names.add(m.type)
         names |= {v.name for v in self.cls.accepts + self.cls.visited_by}
+        names |= set(self.cls.forwards)
         return sorted(names)
 
     def accept_declarations(self):
@@ -224,6 +227,7 @@ class ClassEmitter:
         cls = self.cls
         bases = ", ".join(f"public {b}" for b in cls.bases)
         lines = [BANNER + "#pragma once", ""]
+        lines += [f"#include {h}" for h in self.cls.includes]
         lines += [f'#include "{h}"' for h in self.includes_for_header()]
         lines += ["", "namespace NODX220 {", ""]
         forwards = self.forward_declarations()
@@ -269,16 +273,18 @@ class ClassEmitter:
                 lines.append(f"    bool Handle{h}(VOdxTagEnum tag, {value}) override;")
         if cls.departures:
             lines.append("")
-            lines += [f"    {d}" for d in cls.departures]
-        if cls.hooks:
-            lines += ["", "private:",
-                      "    // Written by hand beside the description.",
-                      "    void _AfterConstruct();", "    void _BeforeDestroy();"]
+            lines += [f"    {d}" if d else "" for d in cls.departures]
+        if cls.protected:
+            lines += ["", "protected:"] + [f"    {d}" if d else "" for d in cls.protected]
+        hooks = {"construct": "    void _AfterConstruct();",
+                 "copy": f"    void _AfterCopy({cls.name}& source);",
+                 "destroy": "    void _BeforeDestroy();"}
+        private = [hooks[h] for h in ("construct", "copy", "destroy") if h in cls.hooks]
+        if private:
+            private = ["    // Written by hand beside the description."] + private
         fields = self.fields()
-        if fields:
-            if not cls.hooks:
-                lines += ["", "private:"]
-            lines += fields
+        if private or fields:
+            lines += ["", "private:"] + private + ([""] if private and fields else []) + fields
         lines += ["};", "", "} // namespace NODX220", ""]
         return "\n".join(lines)
 
@@ -296,7 +302,7 @@ class ClassEmitter:
                              else f"{m.field}(*this, parent.GetRootElement())")
             elif m.kind == "element":
                 inits.append(f"{m.field}()")
-            elif m.kind == "choice":
+            elif m.kind == "choice" or m.lazy:
                 inits.append(f"{m.field}(nullptr)")
             elif m.kind in ("scalar", "enum"):
                 target = flag_inits if m.type == "bool" else inits
@@ -308,7 +314,7 @@ class ClassEmitter:
                         target.append(f"{m.field}({default})" if default else f"{m.field}()")
                     else:
                         target.append(f"{m.field}({default if default is not None else _zero(m)})")
-            if m.optional and m.kind in ("scalar", "enum"):
+            if m.optional and m.kind in ("scalar", "enum") and not m.lazy:
                 flag_inits.append(f"{m.has_flag}(source.{m.has_flag})" if copy else f"{m.has_flag}(false)")
         return inits + flag_inits
 
@@ -331,26 +337,42 @@ class ClassEmitter:
                     body.append(f"    if (source.Has{m.name}()) {{")
                     body.append(f"        Set{m.name}(source.Get{m.name}().{clone}(*this));")
                     body.append("    }")
+                elif m.kind == "choice":
+                    clone = self.model.clone_operation(m.type)
+                    body.append(f"    if (source.{m.field} != nullptr) {{")
+                    body.append(f"        Set{m.name}(source.{m.field}->{clone}(*this));")
+                    body.append("    }")
+                elif m.lazy:
+                    test = f"source.{m.field} != nullptr"
+                    if m.copy == "nonempty":
+                        test += f" && !source.{m.field}->IsEmpty()"
+                    body.append(f"    if ({test}) {{")
+                    body.append(f"        {m.field} = new VYAString(*source.{m.field});")
+                    body.append("    }")
             if "VReferencable" in cls.extern_bases:
                 body.append("    SetId(source.GetId());")
         elif not cls.abstract:
             body.append("    SetOdxTag(tag);")
             body.append("    SetRootElement(parent.GetRootElement());")
-        if cls.hooks:
+        if "construct" in cls.hooks:
             body.append("    _AfterConstruct();")
+        if copy and "copy" in cls.hooks:
+            body.append("    _AfterCopy(source);")
         text = head + "\n    : " + ",\n      ".join(inits) + "\n{\n"
         return text + "".join(line + "\n" for line in body) + "}\n"
 
     def destructor(self):
         cls = self.cls
         body = []
-        if cls.hooks:
+        if "destroy" in cls.hooks:
             body.append("    _BeforeDestroy();")
         for m in reversed(cls.members):
             if m.kind == "choice":
                 body.append(f"    if ({m.field} != nullptr) {{")
                 body.append(f"        dynamic_cast<VOdxElement&>(*{m.field}).RemovePadLock();")
                 body.append("    }")
+            elif m.lazy:
+                body.append(f"    delete {m.field};")
         if not body:
             return f"{cls.name}::~{cls.name}() = default;\n"
         return f"{cls.name}::~{cls.name}()\n{{\n" + "".join(l + "\n" for l in body) + "}\n"
@@ -373,7 +395,14 @@ class ClassEmitter:
         for m in cls.members:
             p, f, n = m.param, m.field, cls.name
             flag = f"\n    {m.has_flag} = true;" if m.optional and m.kind in ("scalar", "enum") else ""
-            if m.kind == "scalar" and m.type == "text":
+            if m.lazy:
+                out.append(f"const char* {n}::Get{m.name}() const\n{{\n"
+                           f"    return {f} != nullptr ? {f}->GetBuffer() : \"\";\n}}\n")
+                out.append(f"void {n}::Set{m.name}(const char* {p})\n{{\n"
+                           f"    // The string is made on first use.\n"
+                           f"    if ({f} == nullptr) {{\n        {f} = new VYAString({p});\n"
+                           f"    }} else {{\n        *{f} = {p};\n    }}\n}}\n")
+            elif m.kind == "scalar" and m.type == "text":
                 out.append(f"const char* {n}::Get{m.name}() const\n{{\n    return {f}.GetBuffer();\n}}\n")
                 out.append(f"void {n}::Set{m.name}(const char* {p})\n{{\n    {f} = {p};{flag}\n}}\n")
             elif m.kind == "scalar" and m.type == "bool":
@@ -415,6 +444,8 @@ class ClassEmitter:
                     test = f"{f} != nullptr"
                 elif m.kind == "collection":
                     test = f"!{f}.IsEmpty()"
+                elif m.lazy:
+                    test = f"{f} != nullptr"
                 else:
                     test = m.has_flag
                 out.append(f"bool {n}::Has{m.name}() const\n{{\n    return {test};\n}}\n")
@@ -450,7 +481,7 @@ class ClassEmitter:
         return out
 
     def handler_branch(self, handler, m):
-        if handler == "Tag":
+        if handler == "Tag" and m.kind != "choice":
             if m.kind == "collection":
                 coll = self.model.collections[m.type]
                 return [f"if (auto* item = dynamic_cast<{coll.item}*>(&child)) {{",
@@ -458,6 +489,12 @@ class ClassEmitter:
             var = m.param if m.param != "tag" else "childTag"
             return [f"if (auto* {var} = dynamic_cast<{m.type}*>(&child)) {{",
                     f"    Set{m.name}(*{var});", "    return true;", "}", "return false;"]
+        if handler == "Tag" and m.kind == "choice":
+            var = m.param
+            return [f"if (auto* {var} = dynamic_cast<{m.type}*>(&child)) {{",
+                    f"    Set{m.name}(*{var});", "    return true;", "}", "return false;"]
+        if m.kind == "collection":
+            return [f"{m.field}.Append(value);", "return true;"]
         if m.type == "bool":
             return [f"Is{m.name}(value);", "return true;"]
         if m.kind == "enum":
@@ -517,9 +554,12 @@ class LinkEmitter:
                  '#include "framework/VOdxElement.h"']
         if any("VSearchRange" in r["context"] for r in c.resolvers):
             lines.append('#include "references/VAbstractSnrefResolver.h"')
+        for entry in c.implements:
+            lines.append(f'#include "{self.model.header_of(entry["interface"])}"')
         lines += ["", "namespace NODX220 {", ""] + [f"class {n};" for n in forwards] + [""]
         lines.append(f"// {c.doc}" if c.doc else f"// A reference to a {t}.")
-        lines += [f"class TESSEL_ODX_API {c.name} : public VOdxElement {{", "public:",
+        bases = ", ".join(f"public {b}" for b in c.bases)
+        lines += [f"class TESSEL_ODX_API {c.name} : {bases} {{", "public:",
                   f"    {c.name}(VOdxElement& parent, VOdxTagEnum tag);",
                   "    // Shares the source's target and holds a copy of its link object.",
                   f"    {c.name}({c.name}& source, VOdxElement& parent);",
@@ -541,6 +581,9 @@ class LinkEmitter:
                                for i, a in enumerate(r["context"]))
             lines += ["    // Asks the document's short-name resolver in this context, each time.",
                       f"    bool Has{stem}({params});"]
+        choice_decls, _ = choice_overrides(self.model, c)
+        if choice_decls:
+            lines += [""] + choice_decls
         lines += ["", "    bool HandleTag(VOdxTagEnum tag, VOdxElement& child) override;", "",
                   "private:", "    bool _TakeResolvedTarget();", "",
                   f"    {t}* {field} = nullptr;", "    ILink* mpLink = nullptr;", "};", "",
@@ -560,6 +603,7 @@ class LinkEmitter:
                     "references/VOdxlink.h", "references/VReferencable.h"}
         if self.model.header_of(c.target):
             includes.add(self.model.header_of(c.target))
+        includes |= choice_includes(self.model, c)
         if c.resolvers:
             includes |= {"references/VAbstractSnrefResolver.h", "references/VSnref.h"}
             for r in c.resolvers:
@@ -619,6 +663,7 @@ class LinkEmitter:
                 f"                {field} = found;\n            }}\n        }}\n"
                 "    } else if (mpLink != nullptr) {\n        _TakeResolvedTarget();\n    }\n"
                 f"    return {field} != nullptr;\n}}\n")
+        parts += choice_overrides(self.model, c)[1]
         parts.append(f"bool {n}::HandleTag(VOdxTagEnum, VOdxElement&)\n{{\n    return false;\n}}\n")
         return f"// {n}\n\n" + "\n".join(parts)
 
@@ -758,7 +803,7 @@ class CollectionEmitter:
                  '#include "framework/VListCollection.h"', "",
                  "namespace NODX220 {", "",
                  f"class {c.item};", "",
-                 f"extern template class VListCollection<{c.item}>;", ""]
+                 f"extern template class TESSEL_ODX_API VListCollection<{c.item}>;", ""]
         if c.doc:
             lines.append(f"// {c.doc}")
         lines += [f"class TESSEL_ODX_API {c.name} : public VListCollection<{c.item}> {{",

@@ -91,6 +91,14 @@ def _class_test(model, cls):
                       f"        EXPECT_TRUE(element.HandleTag({child_tag}, item));",
                       f"        EXPECT_EQ(element.{m.name}().Count(), 1u);",
                       f"    }}"]
+        elif m.handler in SAMPLE and m.kind == "collection":
+            value, _ = SAMPLE[m.handler]
+            for t in m.tags:
+                lines.append(f"    EXPECT_TRUE(element.Handle{m.handler}({tag_enumerator(t)}, {value}));")
+            lines.append(f"    EXPECT_EQ(element.{m.name}().Count(), {len(m.tags)}u);")
+            if m.optional:
+                lines.append(f"    EXPECT_TRUE(element.Has{m.name}());")
+            filled.append(m)
         elif m.handler in SAMPLE:
             value, check = SAMPLE[m.handler]
             for t in m.tags:
@@ -108,6 +116,8 @@ def _class_test(model, cls):
             lines += [f"    ASSERT_TRUE(copy.Has{m.name}());",
                       f"    EXPECT_NE(&copy.Get{m.name}(), &element.Get{m.name}());",
                       f"    EXPECT_EQ(&copy.Get{m.name}().GetParent(), &copy);"]
+        elif m.kind == "collection":
+            lines.append(f"    EXPECT_EQ(copy.{m.name}().Count(), element.{m.name}().Count());")
         elif m.handler in SAMPLE:
             lines.append("    " + SAMPLE[m.handler][1].format(name=m.name).replace("element.", "copy."))
     lines.append("}")

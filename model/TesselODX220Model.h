@@ -31,6 +31,7 @@
 #include "references/VSnref.h"
 #include "references/VUnresolvedIdRef.h"
 
+#include "values/VSimpleXmlElement.h"
 #include "values/VTextIdElementSet.h"
 
 #include "TesselODX220ModelClasses.h"

@@ -39,8 +39,8 @@ private:
     std::vector<N> mValues;
 };
 
-extern template class VNumberCollection<uint32_t>;
-extern template class VNumberCollection<double>;
+extern template class TESSEL_ODX_API VNumberCollection<uint32_t>;
+extern template class TESSEL_ODX_API VNumberCollection<double>;
 
 // The unsigned numbers of a list such as DTC-VALUES.
 class TESSEL_ODX_API VUIntCollection : public VNumberCollection<uint32_t> {

@@ -6,9 +6,14 @@
 #include "framework/VProcessingInstruction.h"
 #include "references/VIdRefMap.h"
 #include "references/VOdxLinkSet.h"
+#include "references/VOdxlink.h"
+#include "references/VReferencable.h"
+#include "values/VSimpleXmlElement.h"
 #include "values/VTextIdElementSet.h"
 
 namespace NODX220 {
+
+template class VOwningList<VOdxElement>;
 
 VUnhandledElementCollection::~VUnhandledElementCollection() = default;
 
@@ -45,6 +50,11 @@ VProcessingInstruction& VOdxFactory::MakeProcessingInstruction()
     return *new VProcessingInstruction();
 }
 
+VSimpleXmlElement& VOdxFactory::MakeSimpleXmlElement(const char* name)
+{
+    return *new VSimpleXmlElement(VYAString(name));
+}
+
 void VOdxFactory::DestroyElement(VOdxElement* element)
 {
     if (element != nullptr) {
@@ -54,9 +64,19 @@ void VOdxFactory::DestroyElement(VOdxElement* element)
 
 void VOdxFactory::DestroyOdx(VOdx& root)
 {
-    root.mInDestruction = true;
     VOdxLinkSet* linkSet = root.mpOdxLinkSet;
     VIdRefMap* idRefMap = root.mpIdRefMap;
+    // References between this document and others (copies point into their source until
+    // resolved again) are undone first, so that no survivor keeps a pointer into this one.
+    if (linkSet != nullptr) {
+        for (auto it = linkSet->Begin(); it != linkSet->End(); ++it) {
+            (*it)._ReleaseTargetOutside(root);
+        }
+    }
+    for (auto& entry : idRefMap->mEntries) {
+        entry.second->_ReleaseLinksOutside(root);
+    }
+    root.mInDestruction = true;
     if (linkSet != nullptr) {
         linkSet->Clear();
     }

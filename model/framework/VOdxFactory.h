@@ -9,6 +9,9 @@ namespace NODX220 {
 class VOdx;
 class VOdxElement;
 class VProcessingInstruction;
+class VSimpleXmlElement;
+
+extern template class TESSEL_ODX_API VOwningList<VOdxElement>;
 
 // Elements that nothing took: parked here by readers so that they live as long as their
 // document and die in a known order. A plain owning list, no element.
@@ -26,6 +29,8 @@ public:
     // A new document with its link set, id map and text id set.
     VOdx& MakeOdx();
     VProcessingInstruction& MakeProcessingInstruction();
+    // A markup node, the caller's until a node or a description takes it.
+    VSimpleXmlElement& MakeSimpleXmlElement(const char* name);
 
     // Destroys and frees an element that nobody owns; nothing for null.
     void DestroyElement(VOdxElement* element);

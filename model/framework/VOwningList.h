@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <list>
 
+#include "framework/TesselODX220ModelExport.h"
 #include "framework/VExternalIterator.h"
 
 namespace NODX220 {
@@ -10,7 +11,7 @@ namespace NODX220 {
 // A plain list that owns its items and is no element: no parent, no tag, no HandleTag.
 // Remove by item detaches (the caller owns the item afterwards); Remove by iterator destroys.
 template <class T>
-class VOwningList {
+class TESSEL_ODX_API VOwningList {
 public:
     using Container = std::list<T*>;
     using Iterator = VExternalIterator<typename Container::iterator, T&>;

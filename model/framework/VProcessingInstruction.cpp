@@ -2,6 +2,8 @@
 
 namespace NODX220 {
 
+template class VOwningList<VProcessingInstruction>;
+
 VProcessingInstruction::~VProcessingInstruction() = default;
 
 VProcessingInstructionCollection::~VProcessingInstructionCollection() = default;

@@ -27,6 +27,8 @@ private:
     VYAString mContent;
 };
 
+extern template class TESSEL_ODX_API VOwningList<VProcessingInstruction>;
+
 class TESSEL_ODX_API VProcessingInstructionCollection : public VOwningList<VProcessingInstruction> {
 public:
     VProcessingInstructionCollection() = default;

@@ -59,6 +59,8 @@ protected:
                                                    VDoctype doctype) const;
 
 private:
+    friend class VOdxFactory;
+
     std::multimap<VYAString, VReferencable*> mEntries;
 };
 

@@ -101,6 +101,14 @@ VOdxlink::~VOdxlink()
     }
 }
 
+void VOdxlink::_ReleaseTargetOutside(const VOdx& root)
+{
+    if (mpReferencable != nullptr && &mpReferencable->GetOdxElement().GetRootElement() != &root) {
+        mpReferencable->DeRegister(*this);
+        mpReferencable = nullptr;
+    }
+}
+
 void VOdxlink::_EnterLinkSet()
 {
     GetRootElement().GetOdxLinkSet().Insert(*this);

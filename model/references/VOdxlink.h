@@ -59,7 +59,11 @@ public:
     bool HandleTag(VOdxTagEnum tag, VOdxElement& child) override;
 
 private:
+    friend class VOdxFactory;
+
     void _EnterLinkSet();
+    // Before its document ends: a target in another document forgets this link.
+    void _ReleaseTargetOutside(const VOdx& root);
 
     VReferencable* mpReferencable = nullptr;
     VDoctype mDoctype = eDoctypeNone;

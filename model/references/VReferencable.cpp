@@ -33,6 +33,19 @@ bool VReferencable::_RootInDestruction() const
     return mpOdxElement->GetRootElement().IsInDestruction();
 }
 
+void VReferencable::_ReleaseLinksOutside(const VOdx& root)
+{
+    for (auto it = mLinks.begin(); it != mLinks.end();) {
+        VOdxlink* link = *it;
+        if (&link->GetRootElement() != &root) {
+            link->ReferencableDestroyed();
+            it = mLinks.erase(it);
+        } else {
+            ++it;
+        }
+    }
+}
+
 VOdxElement& VReferencable::GetOdxElement() const
 {
     if (mpOdxElement == nullptr) {

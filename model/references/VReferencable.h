@@ -10,6 +10,7 @@ namespace NODX220 {
 using NTesselSharedUtil::VYAString;
 
 class VDiagLayer;
+class VOdx;
 class VOdxCategory;
 class VOdxElement;
 class VOdxlink;
@@ -48,7 +49,11 @@ protected:
     void SetShortNames();
 
 private:
+    friend class VOdxFactory;
+
     bool _RootInDestruction() const;
+    // Before its document ends: links of other documents forget this target.
+    void _ReleaseLinksOutside(const VOdx& root);
 
     VYAString mId;
     VDiagLayer* mpLayer = nullptr;

@@ -4,6 +4,8 @@
 
 namespace NODX220 {
 
+template class VOwningList<VUnresolvedIdRef>;
+
 VUnresolvedIdRef::VUnresolvedIdRef(const VYAString& key, VOdxElement& element)
     : mKey(key), mpElement(&element)
 {

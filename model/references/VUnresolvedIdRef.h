@@ -28,6 +28,8 @@ private:
     VOdxElement* mpElement;
 };
 
+extern template class TESSEL_ODX_API VOwningList<VUnresolvedIdRef>;
+
 // The pending notes of a document. Owns the records; the elements stay alone unless CleanUp
 // destroys them.
 class TESSEL_ODX_API VUnresolvedIdRefCollection : public VOwningList<VUnresolvedIdRef> {

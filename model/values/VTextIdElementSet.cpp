@@ -1,6 +1,7 @@
 #include "values/VTextIdElementSet.h"
 
 #include "framework/VOdx.h"
+#include "metadata/VSd.h"
 #include "values/VDescription.h"
 #include "values/VText.h"
 
@@ -57,6 +58,14 @@ bool VTextIdElementSet::GetTextId(VOdxElement& element, VYAString& out) const
             }
         }
         return false;
+    case TAG_SD:
+        if (auto* value = dynamic_cast<VSd*>(&element)) {
+            if (value->HasTi()) {
+                out = value->GetTi();
+                return true;
+            }
+        }
+        return false;
     default:
         return false;
     }
@@ -76,6 +85,12 @@ bool VTextIdElementSet::SetTextId(VOdxElement& element, VYAString& text) const
     case TAG_TEXT:
         if (auto* carrier = dynamic_cast<VText*>(&element)) {
             carrier->SetTi(text.GetBuffer());
+            return true;
+        }
+        return false;
+    case TAG_SD:
+        if (auto* value = dynamic_cast<VSd*>(&element)) {
+            value->SetTi(text.GetBuffer());
             return true;
         }
         return false;

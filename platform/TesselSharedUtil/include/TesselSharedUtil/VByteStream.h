@@ -6,7 +6,7 @@
 namespace NTesselSharedUtil {
 
 // How a byte stream is rendered as hex text, shown for the bytes 0A 1F.
-enum VOutputFormat {
+enum VOutputFormat : int {
     eHexPrefixEach = 0, // "0x0A 0x1F"
     eHexPrefixOnce = 1, // "0x0A1F"
     eHexSpaced = 2,     // "0A 1F"
