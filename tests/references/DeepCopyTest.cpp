@@ -202,5 +202,38 @@ TEST_F(DeepCopyTest, DocumentCopyClonesCategoriesAndReResolvesItsLinks)
     EXPECT_EQ(&far, &cross.GetReferencable());
 }
 
+// A copy's links point into the source until resolved again; either document may end first
+// without leaving the other with pointers into it.
+TEST_F(DeepCopyTest, EitherDocumentMayEndWhileTheCopyPointsIntoTheSource)
+{
+    for (const bool sourceFirst : {false, true}) {
+        SCOPED_TRACE(sourceFirst ? "source ends first" : "copy ends first");
+        VOdx& source = mFactory.MakeOdx();
+        auto* flash = new LinkedFlash(source, "F");
+        source.HandleTag(TAG_FLASH, *flash);
+        VCompanyData& company = mFactory.MakeCompanyData(*flash, TAG_COMPANY_DATA);
+        flash->CompanyDataCollection().Append(company);
+        company.SetId("c");
+        VOdxlink& link = flash->AddLink("c");
+        source.GetOdxLinkSet().ResolveReferences(true);
+
+        VOdx& copy = source.Clone(source);
+        VOdxlink& copied = static_cast<LinkedFlash&>(*copy.FlashCollection().Begin()).LinkAt(0);
+        ASSERT_EQ(&copied.GetReferencable(), static_cast<VReferencable*>(&company));
+        if (sourceFirst) {
+            mFactory.DestroyOdx(source);
+            EXPECT_FALSE(copied.HasReferencable());
+            EXPECT_STREQ(copied.GetIdRef(), "c");
+            EXPECT_TRUE(copied.Resolve());
+            mFactory.DestroyOdx(copy);
+        } else {
+            mFactory.DestroyOdx(copy);
+            company.SetId("c2");
+            EXPECT_STREQ(link.GetIdRef(), "c2");
+            mFactory.DestroyOdx(source);
+        }
+    }
+}
+
 } // namespace
 } // namespace ReferencesTests
