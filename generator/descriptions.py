@@ -31,9 +31,11 @@ HANDLER_VALUE = {
 
 CLASS_KEYS = {"bases", "abstract", "hand", "header", "clone_as", "hooks", "departures",
               "fields", "members", "tag", "implements", "xml_order", "protected", "includes",
-              "forwards", "doc"}
+              "forwards", "content", "doc"}
 MEMBER_KEYS = {"name", "type", "optional", "tags", "handler", "default", "assert", "xml", "lazy",
-               "copy", "doc"}
+               "copy", "item", "doc"}
+# How the text content of a class's element reaches it, where it is not a member of its own.
+CONTENTS = {"markup", "date", "bytes"}
 HOOKS = {"construct", "copy", "destroy"}
 COLLECTION_KEYS = {"item", "tags", "append", "path", "step", "plural", "clone", "hand",
                    "header", "make", "doc"}
@@ -79,6 +81,8 @@ class Member:
         self.lazy = record.get("lazy", False)
         # "nonempty": a copy takes the text only when it is not empty.
         self.copy = record.get("copy", "always")
+        # The XML name of the items of a text collection inside its wrapper.
+        self.item = record.get("item")
         self.doc = record.get("doc", "")
         if self.lazy and self.type != "text":
             raise DescriptionError(f"{owner.name}.{self.name}: only texts are lazy")
@@ -131,6 +135,10 @@ class ElementClass:
         self.implements = record.get("implements", [])
         # The order of the members in a document, where it is not the declaration order.
         self.xml_order = record.get("xml_order")
+        # markup: free XML nodes (descriptions); date: an ISO date text; bytes: hex text.
+        self.content = record.get("content")
+        if self.content is not None and self.content not in CONTENTS:
+            raise DescriptionError(f"{name}: content is one of {sorted(CONTENTS)}")
         self.accepts = []  # visitors whose family this class heads
         self.visited_by = []  # visitors with a Visit operation for this class
         self.base_classes = []  # resolved element-class bases, in order

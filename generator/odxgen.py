@@ -16,12 +16,14 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from descriptions import DescriptionError, Model  # noqa: E402
 import emit_cpp  # noqa: E402
 import emit_tests  # noqa: E402
+import emit_xml  # noqa: E402
 
 
 def generate(model_dir):
     model = Model(model_dir)
     files = emit_cpp.emit_all(model)
     files.update(emit_tests.emit_tests(model))
+    files.update(emit_xml.emit_xml(model))
     return model, files
 
 

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+
+#include "TesselODX220Xml/TesselODX220XmlExport.h"
+
+namespace NODX220 {
+class VOdx;
+class VOdxElement;
+}
+
+namespace NODX220Xml {
+
+// Services for whole documents.
+class TESSEL_XML_API VOdxDocuments {
+public:
+    // Ends one document. Unlike VOdxFactory::DestroyOdx it keeps the parked (unhandled)
+    // elements of the other documents alive: use it whenever several documents live at once.
+    static void Destroy(NODX220::VOdx& document);
+};
+
+// The children of an element in document order: element members, then collection items,
+// as the descriptions order them (the writer's order). Link elements have their link object
+// as a child. Values that are no elements (texts, numbers) are not visited.
+class TESSEL_XML_API VOdxWalk {
+public:
+    static void Children(NODX220::VOdxElement& element,
+                         const std::function<void(NODX220::VOdxElement&)>& visit);
+    // The element and everything below it, parents before children.
+    static void Tree(NODX220::VOdxElement& element,
+                     const std::function<void(NODX220::VOdxElement&)>& visit);
+};
+
+} // namespace NODX220Xml

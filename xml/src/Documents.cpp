@@ -1,0 +1,143 @@
+#include "TesselODX220Xml/VOdxDocuments.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "TableSupport.h"
+#include "Tables.h"
+
+namespace NODX220Xml {
+
+using NODX220::VOdx;
+using NODX220::VOdxElement;
+using NODX220::VOdxFactory;
+
+namespace Internal {
+
+const ChildRule* FindChild(const ChildRule* rules, uint16_t count, const char* name)
+{
+    size_t first = 0;
+    size_t last = count;
+    while (first < last) {
+        const size_t middle = first + (last - first) / 2;
+        const int order = std::strcmp(rules[middle].name, name);
+        if (order == 0) {
+            return &rules[middle];
+        }
+        if (order < 0) {
+            first = middle + 1;
+        } else {
+            last = middle;
+        }
+    }
+    return nullptr;
+}
+
+const char* EnumText(const EnumLiterals& literals, int value)
+{
+    for (uint16_t i = 0; i < literals.count; ++i) {
+        if (literals.values[i] == value) {
+            return literals.literals[i];
+        }
+    }
+    return "";
+}
+
+bool EnumValue(const EnumLiterals& literals, const char* text, int& value)
+{
+    for (uint16_t i = 0; i < literals.count; ++i) {
+        if (std::strcmp(literals.literals[i], text) == 0) {
+            value = literals.values[i];
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string FormatDouble(double value)
+{
+    char buffer[64];
+    for (int precision = 1; precision <= 17; ++precision) {
+        std::snprintf(buffer, sizeof buffer, "%.*g", precision, value);
+        if (std::strtod(buffer, nullptr) == value) {
+            break;
+        }
+    }
+    return buffer;
+}
+
+namespace {
+
+template <class Collection>
+bool RemoveFrom(Collection& collection, VOdxElement& category)
+{
+    for (auto it = collection.Begin(); it != collection.End(); ++it) {
+        if (static_cast<VOdxElement*>(&*it) == &category) {
+            collection.Remove(it);
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+void RemoveCategory(VOdx& root, VOdxElement& category)
+{
+    RemoveFrom(root.ComparamSpecCollection(), category) || RemoveFrom(root.ComparamSubsetCollection(), category) ||
+        RemoveFrom(root.DiagLayerContainerCollection(), category) || RemoveFrom(root.EcuConfigCollection(), category) ||
+        RemoveFrom(root.FlashCollection(), category) || RemoveFrom(root.FunctionDictionaryCollection(), category) ||
+        RemoveFrom(root.MultipleEcuJobSpecCollection(), category) ||
+        RemoveFrom(root.VehicleInfoSpecCollection(), category);
+}
+
+} // namespace Internal
+
+void VOdxDocuments::Destroy(VOdx& document)
+{
+    // The factory's list of parked elements is one for all documents, and DestroyOdx clears
+    // it: the other documents' elements step aside meanwhile.
+    NODX220::VUnhandledElementCollection& parked = VOdxFactory::Instance().UnhandledElementCollection();
+    std::vector<VOdxElement*> others;
+    for (auto it = parked.Begin(); it != parked.End(); ++it) {
+        if (&(*it).GetRootElement() != &document) {
+            others.push_back(&*it);
+        }
+    }
+    for (VOdxElement* element : others) {
+        parked.Remove(*element);
+    }
+    VOdxFactory::Instance().DestroyOdx(document);
+    for (VOdxElement* element : others) {
+        parked.Append(*element);
+    }
+}
+
+void VOdxWalk::Children(VOdxElement& element, const std::function<void(VOdxElement&)>& visit)
+{
+    const Internal::ClassTable* table = Internal::TableOf(element);
+    if (table == nullptr) {
+        return;
+    }
+    for (uint16_t i = 0; i < table->walkCount; ++i) {
+        const Internal::WalkStep& step = table->walk[i];
+        if (step.child != nullptr) {
+            if (VOdxElement* child = step.child(element)) {
+                visit(*child);
+            }
+        } else {
+            step.items(element, visit);
+        }
+    }
+}
+
+void VOdxWalk::Tree(VOdxElement& element, const std::function<void(VOdxElement&)>& visit)
+{
+    visit(element);
+    Children(element, [&visit](VOdxElement& child) { Tree(child, visit); });
+}
+
+} // namespace NODX220Xml

@@ -1,0 +1,124 @@
+#pragma once
+
+// The description of every element class as the XML layer sees it: which attributes it has,
+// which child elements it takes and how, what its text content is, and how its children are
+// reached again. The tables are generated from the model descriptions (XmlTables.cpp); the
+// reader, the writer and the tree walk interpret them.
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+
+#include "TesselODX220Model.h"
+
+namespace NODX220Xml {
+namespace Internal {
+
+using NODX220::VOdxElement;
+using NODX220::VOdxTagEnum;
+
+// How a text becomes a value, and a value a text.
+enum class ValueKind : uint8_t { Text, UInt, Int, Double, Byte, Bool, Enum };
+
+// The XML literals of an enumeration, by number.
+struct EnumLiterals {
+    const char* name;
+    const char* const* literals;
+    const int* values;
+    uint16_t count;
+};
+
+struct ClassTable;
+struct CollectionTable;
+
+// An attribute of an element: stores a text through the member's setter. The text was
+// already converted and checked where a number is wanted.
+struct AttributeRule {
+    const char* name;
+    ValueKind kind;
+    const EnumLiterals* literals;
+    void (*store)(VOdxElement& element, const char* text, const long long number);
+    // For writing: whether the attribute is there, and its text.
+    bool (*present)(VOdxElement& element);
+    void (*load)(VOdxElement& element, std::string& text);
+};
+
+enum class ChildKind : uint8_t {
+    // A child element made by `make`, read by its class table, handed over under `tag`.
+    Element,
+    // A reference: a typed link element made by `make`, and inside it an id link, a
+    // short-name link or a short-name-path link, by the tag's ending.
+    Reference,
+    // An element whose text goes to the owner by the Handle call of `kind`.
+    Text,
+    // A plural wrapper whose items go to the owner's collection.
+    Wrapper,
+};
+
+enum class LinkForm : uint8_t { Odxlink, Snref, Snpathref };
+
+struct ChildRule {
+    const char* name;
+    VOdxTagEnum tag;
+    ChildKind kind;
+    // Text: how the text is delivered.
+    ValueKind value;
+    LinkForm link;
+    // Element and Reference: the child's class and how it is made.
+    const ClassTable* table;
+    VOdxElement& (*make)(VOdxElement& parent, VOdxTagEnum tag);
+    // Reference: hands the link object to the typed link element.
+    void (*setLink)(VOdxElement& element, NODX220::ILink& link);
+    // Wrapper: the collection, reached through the owner.
+    const CollectionTable* collection;
+    VOdxElement& (*collectionOf)(VOdxElement& owner);
+    // Element and Reference: true when the owner does not take the child itself and it goes
+    // to the owner's collection instead.
+    VOdxElement& (*into)(VOdxElement& owner);
+};
+
+// One step of the walk over an element's children, in document order: an element member
+// (the child, or null when absent) or a collection (its items).
+struct WalkStep {
+    VOdxElement* (*child)(VOdxElement& owner);
+    void (*items)(VOdxElement& owner, const std::function<void(VOdxElement&)>& visit);
+};
+
+// What an element's own text content is.
+enum class Content : uint8_t { None, Text, Markup, Date, Bytes };
+
+struct ClassTable {
+    const char* name;
+    const AttributeRule* attributes;
+    uint16_t attributeCount;
+    // Sorted by name.
+    const ChildRule* children;
+    uint16_t childCount;
+    Content content;
+    // Content Text: the tag under which HandleTChar takes it.
+    VOdxTagEnum contentTag;
+    // The referencable classes take ID.
+    bool referencable;
+    const WalkStep* walk;
+    uint16_t walkCount;
+};
+
+struct CollectionTable {
+    const char* name;
+    // Sorted by name: the items, made with the collection's owner as parent and handed to
+    // the collection.
+    const ChildRule* items;
+    uint16_t itemCount;
+};
+
+// The class table of an element's dynamic class; null for a class the tables do not know.
+const ClassTable* TableOf(const VOdxElement& element);
+// The table of the document root.
+const ClassTable& RootTable();
+// A child rule by XML name, or null.
+const ChildRule* FindChild(const ChildRule* rules, uint16_t count, const char* name);
+// The tag of an XML name, or TAG_UNSET.
+VOdxTagEnum TagOfName(const char* name);
+
+} // namespace Internal
+} // namespace NODX220Xml
