@@ -150,8 +150,8 @@ bool ParseHex(const std::string& text, std::vector<unsigned char>& bytes)
 
 } // namespace
 
-DocumentReader::DocumentReader(LoadState& state, const std::string& fileName)
-    : mState(state), mFileName(fileName), mTokenizer(*this, fileName)
+DocumentReader::DocumentReader(LoadState& state, const std::string& location, const std::string& fileName)
+    : mState(state), mLocation(location), mFileName(fileName), mTokenizer(*this, location)
 {
 }
 
@@ -210,7 +210,8 @@ void DocumentReader::StartElement(const char* name, const XmlAttribute* attribut
         _StartMarkup(name, attributes, count);
         return;
     case FrameKind::Wrapper:
-        if (const ChildRule* rule = FindChild(top.collection->items, top.collection->itemCount, name)) {
+        if (const ChildRule* rule = _Rule(top.collection->items, top.collection->itemCount, name, attributes,
+                                          count)) {
             _StartChild(top, rule, name, attributes, count);
         } else {
             _Skip(name);
@@ -218,7 +219,7 @@ void DocumentReader::StartElement(const char* name, const XmlAttribute* attribut
         return;
     case FrameKind::Root:
     case FrameKind::Element:
-        if (const ChildRule* rule = FindChild(top.table->children, top.table->childCount, name)) {
+        if (const ChildRule* rule = _Rule(top.table->children, top.table->childCount, name, attributes, count)) {
             _StartChild(top, rule, name, attributes, count);
         } else if (top.table->content == Content::Markup) {
             _StartMarkup(name, attributes, count);
@@ -227,6 +228,21 @@ void DocumentReader::StartElement(const char* name, const XmlAttribute* attribut
         }
         return;
     }
+}
+
+const ChildRule* DocumentReader::_Rule(const ChildRule* rules, uint16_t ruleCount, const char* name,
+                                       const XmlAttribute* attributes, size_t count)
+{
+    // xsi:type names the concrete kind: PARAM xsi:type="CODED-CONST" is read as CODED-CONST.
+    for (size_t i = 0; i < count; ++i) {
+        if (std::strcmp(attributes[i].name, "xsi:type") == 0) {
+            if (const ChildRule* rule = FindChild(rules, ruleCount, attributes[i].value)) {
+                return rule;
+            }
+            break;
+        }
+    }
+    return FindChild(rules, ruleCount, name);
 }
 
 void DocumentReader::_StartRoot(const char* name, const XmlAttribute* attributes, size_t count)
@@ -303,7 +319,7 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
         switch (rule->link) {
         case LinkForm::Odxlink: {
             VOdxlink& odxlink = factory.MakeOdxlink(child, TAG_ODXLINK);
-            mState.linkOrigins[&odxlink] = {mFileName, frame.line, frame.column};
+            mState.linkOrigins[&odxlink] = {mLocation, frame.line, frame.column};
             link = &odxlink;
             linkElement = &odxlink;
             break;
@@ -632,7 +648,7 @@ void DocumentReader::_Report(VSeverity severity, const std::string& message, con
 {
     VDiagnostic diagnostic;
     diagnostic.mSeverity = severity;
-    diagnostic.mFile = mFileName;
+    diagnostic.mFile = mLocation;
     diagnostic.mLine = line;
     diagnostic.mColumn = column;
     if (where != nullptr) {

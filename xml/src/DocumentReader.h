@@ -30,7 +30,8 @@ struct LoadState {
 // an XML element makes, where it goes and how its attributes and text are delivered.
 class DocumentReader : public XmlTokenHandler {
 public:
-    DocumentReader(LoadState& state, const std::string& fileName);
+    // location names the document in findings; fileName is what its documents are told.
+    DocumentReader(LoadState& state, const std::string& location, const std::string& fileName);
     ~DocumentReader() override;
 
     // Feeds the document; false when it was malformed or no ODX document. A failed document
@@ -63,6 +64,8 @@ private:
         unsigned depth = 0;
     };
 
+    const ChildRule* _Rule(const ChildRule* rules, uint16_t ruleCount, const char* name,
+                           const XmlAttribute* attributes, size_t count);
     void _StartRoot(const char* name, const XmlAttribute* attributes, size_t count);
     void _StartChild(Frame& parent, const ChildRule* rule, const char* name,
                      const XmlAttribute* attributes, size_t count);
@@ -82,6 +85,7 @@ private:
     void _Discard();
 
     LoadState& mState;
+    std::string mLocation;
     std::string mFileName;
     XmlTokenizer mTokenizer;
     std::vector<Frame> mFrames;

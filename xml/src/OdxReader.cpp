@@ -241,7 +241,8 @@ struct ReaderAccess {
     // Reads one document from a source of pieces; false when it failed.
     bool ReadDocument(const std::string& name, const std::function<bool(Internal::DocumentReader&)>& feed)
     {
-        Internal::DocumentReader reader(state, name);
+        const size_t slash = name.find_last_of('/');
+        Internal::DocumentReader reader(state, name, slash == std::string::npos ? name : name.substr(slash + 1));
         if (!feed(reader) || !reader.Finish()) {
             failed = true;
             return false;
