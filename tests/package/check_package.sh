@@ -28,6 +28,9 @@ check_exports() {
 check_exports TesselODX220Model NODX220
 check_exports TesselSharedUtil NTesselSharedUtil
 check_exports TesselLogging NTesselSharedUtil::Logging
+check_exports TesselODX220Xml NODX220Xml
+[ -x "$work/prefix/bin/tessel-odx" ] || { echo "tessel-odx not installed"; status=1; }
+"$work/prefix/bin/tessel-odx" --help >/dev/null || { echo "the installed tessel-odx does not run"; status=1; }
 
 model=$(find "$work/prefix" -name 'libTesselODX220Model.so.*' -type f | head -n 1)
 exported=$(nm -DC --defined-only "$model")

@@ -1,5 +1,6 @@
 // Uses the installed package the way an outside program does: only the umbrella header.
 #include <TesselODX220Model.h>
+#include <TesselODX220Xml/VOdxReader.h>
 
 #include <cstdio>
 #include <cstring>
@@ -16,6 +17,12 @@ int main()
     factory.DestroyOdx(root);
     if (std::strcmp(path.GetBuffer(), "ODX/FLASH") != 0) {
         std::fprintf(stderr, "unexpected path %s\n", path.GetBuffer());
+        return 1;
+    }
+    const char document[] = "<ODX MODEL-VERSION=\"2.2.0\"><FLASH ID=\"F\"><SHORT-NAME>F2</SHORT-NAME></FLASH></ODX>";
+    NODX220Xml::VLoadResult result = NODX220Xml::VOdxReader().ReadBuffer("f.odx-f", document, sizeof document - 1);
+    if (result.GetDocument() == nullptr || result.GetDocument()->FlashCollection().Count() != 1) {
+        std::fprintf(stderr, "the reader did not load the document\n");
         return 1;
     }
     std::puts("consumer: ok");
