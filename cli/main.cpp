@@ -1,7 +1,9 @@
 // tessel-odx: loads ODX documents and PDX archives and tells what they hold.
 
 #include <cstdio>
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -13,8 +15,10 @@
 #include <cxxabi.h>
 
 #include "TesselODX220Model.h"
+#include "TesselODX220Xml/VOdxCompare.h"
 #include "TesselODX220Xml/VOdxDocuments.h"
 #include "TesselODX220Xml/VOdxReader.h"
+#include "TesselODX220Xml/VOdxWriter.h"
 
 using namespace NODX220;
 using namespace NODX220Xml;
@@ -32,6 +36,11 @@ const char* const kUsage =
     "                               resolved and unresolved, unhandled content\n"
     "  paths FILE... [--positions]  the path of every element (by short name, or by position)\n"
     "  find FILE... --id ID         the elements registered under an id, with their paths\n"
+    "  write FILE... -o OUT         writes the model out: OUT is a directory (one document per\n"
+    "                               top-level document), an .odx-* file (a single one) or a .pdx\n"
+    "  roundtrip FILE...            reads, writes, reads the writing and writes again; tells\n"
+    "                               where the two writings differ, and how the first differs\n"
+    "                               from the input in the canonical form\n"
     "\n"
     "options:\n"
     "  --lenient                    keep the files that loaded when others fail\n"
@@ -48,6 +57,7 @@ struct Arguments {
     bool positions = false;
     bool lenient = false;
     std::string id;
+    std::string output;
 };
 
 int Usage(const char* problem)
@@ -172,6 +182,82 @@ int Paths(VOdx& root, bool positions)
     return 0;
 }
 
+bool EndsWith(const std::string& text, const std::string& suffix)
+{
+    return text.size() >= suffix.size() && text.compare(text.size() - suffix.size(), suffix.size(), suffix) == 0;
+}
+
+int Write(VOdx& root, const VLoadResult& result, const std::string& output)
+{
+    VOdxWriter writer;
+    std::string error;
+    bool ok = false;
+    if (EndsWith(output, ".pdx")) {
+        ok = writer.WritePdx(root, output, result.HasCatalog() ? &result.GetCatalog() : nullptr,
+                             &result.GetArchiveEntries(), error);
+    } else if (output.find(".odx") != std::string::npos) {
+        std::vector<VOdxCategory*> categories = Categories(root);
+        if (categories.size() != 1) {
+            std::fprintf(stderr, "tessel-odx: %s takes one document, the files hold %zu\n", output.c_str(),
+                         categories.size());
+            return 2;
+        }
+        ok = writer.WriteCategoryFile(*categories.front(), output, error);
+    } else {
+        ok = writer.WriteDirectory(root, output, error);
+    }
+    if (!ok) {
+        std::fprintf(stderr, "tessel-odx: %s\n", error.c_str());
+        return 2;
+    }
+    return 0;
+}
+
+int Roundtrip(VOdx& root, const std::vector<std::string>& inputs)
+{
+    VOdxWriter writer;
+    const std::vector<VWrittenDocument> first = writer.WriteDocuments(root);
+    std::vector<VOdxReader::VBuffer> buffers;
+    for (const VWrittenDocument& document : first) {
+        buffers.push_back({document.mName, document.mText.data(), document.mText.size()});
+    }
+    VLoadResult again = VOdxReader().ReadBuffers(buffers);
+    int status = 0;
+    if (again.GetDocument() == nullptr) {
+        std::fprintf(stderr, "tessel-odx: the written documents do not read back\n");
+        for (const VDiagnostic& diagnostic : again.GetDiagnostics()) {
+            std::fprintf(stderr, "%s\n", diagnostic.ToString().c_str());
+        }
+        return 1;
+    }
+    const std::vector<VWrittenDocument> second = writer.WriteDocuments(*again.GetDocument());
+    if (second.size() != first.size()) {
+        std::printf("the second writing has %zu documents, the first %zu\n", second.size(), first.size());
+        status = 1;
+    }
+    for (size_t i = 0; i < first.size() && i < second.size(); ++i) {
+        const std::string where = VOdxCompare::FirstDifference(first[i].mText, second[i].mText);
+        if (!where.empty() || first[i].mName != second[i].mName) {
+            std::printf("%s: the two writings differ at %s\n", first[i].mName.c_str(), where.c_str());
+            status = 1;
+        }
+    }
+    if (status == 0) {
+        std::printf("%zu documents: writing, reading and writing again gives the same bytes\n", first.size());
+    }
+    const std::vector<std::string> differences = VOdxCompare::WithInputs(inputs, first, 200);
+    if (differences.empty()) {
+        std::printf("the first writing equals the input in the canonical form\n");
+    } else {
+        std::printf("the first writing differs from the input in the canonical form:\n");
+        for (const std::string& difference : differences) {
+            std::printf("  %s\n", difference.c_str());
+        }
+        status = 1;
+    }
+    return status;
+}
+
 int Find(VOdx& root, const std::string& id)
 {
     std::unique_ptr<VReferenceableSet> all(root.GetIdRefMap().GetAllReferencables());
@@ -207,6 +293,11 @@ int main(int argc, char** argv)
             arguments.positions = true;
         } else if (word == "--lenient") {
             arguments.lenient = true;
+        } else if (word == "-o" || word == "--output") {
+            if (i + 1 >= argc) {
+                return Usage("-o needs a value");
+            }
+            arguments.output = argv[++i];
         } else if (word == "--id") {
             if (i + 1 >= argc) {
                 return Usage("--id needs a value");
@@ -223,7 +314,9 @@ int main(int argc, char** argv)
     if (arguments.command.empty()) {
         return Usage("no command");
     }
-    if (arguments.command != "info" && arguments.command != "paths" && arguments.command != "find") {
+    static const char* const kCommands[] = {"info", "paths", "find", "write", "roundtrip"};
+    if (std::none_of(std::begin(kCommands), std::end(kCommands),
+                     [&arguments](const char* command) { return arguments.command == command; })) {
         return Usage(("unknown command " + arguments.command).c_str());
     }
     if (arguments.files.empty()) {
@@ -231,6 +324,9 @@ int main(int argc, char** argv)
     }
     if (arguments.command == "find" && arguments.id.empty()) {
         return Usage("find needs --id ID");
+    }
+    if (arguments.command == "write" && arguments.output.empty()) {
+        return Usage("write needs -o OUT");
     }
     for (const std::string& file : arguments.files) {
         if (std::FILE* probe = std::fopen(file.c_str(), "rb")) {
@@ -257,8 +353,12 @@ int main(int argc, char** argv)
         status = Info(*root, result, arguments.json);
     } else if (arguments.command == "paths") {
         status = Paths(*root, arguments.positions);
-    } else {
+    } else if (arguments.command == "find") {
         status = Find(*root, arguments.id);
+    } else if (arguments.command == "write") {
+        status = Write(*root, result, arguments.output);
+    } else {
+        status = Roundtrip(*root, arguments.files);
     }
     const bool problems = result.CountDiagnostics(eSeverityError) > 0 || result.GetUnhandledCount() > 0 ||
                           result.GetUnresolvedCount() > 0;

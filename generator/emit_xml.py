@@ -29,6 +29,7 @@ class Tables:
         self.model = model
         self.defs = []          # definitions in order
         self.collections = {}   # name -> (items)
+        self.wrappers = set()     # names of plural wrappers
 
     # -- classes that stand for a tag ------------------------------------------------------
 
@@ -94,9 +95,11 @@ class Tables:
 
     def class_rules(self, cls):
         attributes, children, walk = [], [], []
-        content, content_tag = "None", "TAG_UNSET"
+        content, content_tag, content_text = "None", "TAG_UNSET", "nullptr"
         if cls.content:
             content = cls.content.capitalize()
+        if isinstance(cls, LinkClass):
+            content = "Reference"
         if cls.is_referencable():
             attributes.append(self.id_attribute(cls))
         members = cls.all_members()
@@ -113,11 +116,14 @@ class Tables:
             if xml == "#text":
                 if m.handler:
                     content, content_tag = "Text", tag_enumerator(m.tags[0])
+                    content_text = (f"[](VOdxElement& e, std::string& text) {{ "
+                                    f"text = static_cast<{cls.name}&>(e).Get{m.name}(); }}")
                 continue
             if m.kind in ("scalar", "enum"):
                 if m.handler and m.handler != "Tag":
                     name = xml or m.tags[0]
                     children.append(self.text_rule(name, m.tags[0], VALUE_KIND[m.handler]))
+                    walk.append(self.text_step(cls, m, name, VALUE_KIND[m.handler]))
                 continue
             if m.kind in ("element", "choice"):
                 if m.handler != "Tag":
@@ -139,20 +145,21 @@ class Tables:
                 else:
                     ident, rules = self.collection_items(cls, m)
                     self.collections[ident] = rules
+                    self.wrappers.add(wrapper)
                     children.append((wrapper, f"{{{cpp_string(wrapper)}, {tag_enumerator(m.tags[0])}, "
                                               "ChildKind::Wrapper, ValueKind::Text, LinkForm::Odxlink, nullptr, "
                                               f"nullptr, nullptr, &{ident}, {self.accessor(cls, m)}, nullptr}}"))
-                if not coll.hand:
-                    walk.append(self.items_step(cls, m, coll))
+                walk.append(self.collection_step(cls, m, coll, wrapper))
         if isinstance(cls, LinkClass):
-            walk.append("{[](VOdxElement& owner) -> VOdxElement* { "
+            walk.append("{StepKind::Element, nullptr, nullptr, ValueKind::Text, [](VOdxElement& owner) -> VOdxElement* { "
                         f"auto& link = static_cast<{cls.name}&>(owner); "
-                        "return link.HasLink() ? dynamic_cast<VOdxElement*>(&link.GetLink()) : nullptr; }, nullptr}")
+                        "return link.HasLink() ? dynamic_cast<VOdxElement*>(&link.GetLink()) : nullptr; }, "
+                        "nullptr, nullptr, nullptr, nullptr}")
         names = [n for n, _ in children]
         duplicates = {n for n in names if names.count(n) > 1}
         if duplicates:
             raise DescriptionError(f"{cls.name}: two children are named {sorted(duplicates)}")
-        return attributes, sorted(children), walk, content, content_tag
+        return attributes, sorted(children), walk, content, content_tag, content_text
 
     def id_attribute(self, cls):
         c = cls.name
@@ -195,18 +202,42 @@ class Tables:
 
     def member_step(self, cls, m):
         c = cls.name
-        if m.kind == "choice":
-            get = (f"auto& owner = static_cast<{c}&>(o); return owner.Has{m.name}() ? "
-                   f"dynamic_cast<VOdxElement*>(&owner.Get{m.name}()) : nullptr;")
-        else:
-            get = (f"auto& owner = static_cast<{c}&>(o); return owner.Has{m.name}() ? "
-                   f"static_cast<VOdxElement*>(&owner.Get{m.name}()) : nullptr;")
-        return f"{{[](VOdxElement& o) -> VOdxElement* {{ {get} }}, nullptr}}"
+        cast = "dynamic_cast" if m.kind == "choice" else "static_cast"
+        get = (f"auto& owner = static_cast<{c}&>(o); return owner.Has{m.name}() ? "
+               f"{cast}<VOdxElement*>(&owner.Get{m.name}()) : nullptr;")
+        return (f"{{StepKind::Element, nullptr, nullptr, ValueKind::Text, "
+                f"[](VOdxElement& o) -> VOdxElement* {{ {get} }}, nullptr, nullptr, nullptr, nullptr}}")
 
-    def items_step(self, cls, m, coll):
-        as_element = "AsElement(item)"
-        return (f"{{nullptr, [](VOdxElement& o, const std::function<void(VOdxElement&)>& visit) {{ "
-                f"for (auto& item : static_cast<{cls.name}&>(o).{m.name}()) {{ visit({as_element}); }} }}}}")
+    def text_step(self, cls, m, name, kind):
+        c, n = cls.name, m.name
+        present = f"static_cast<{c}&>(o).Has{n}()" if m.optional else "true"
+        unused = "(void)o; " if present == "true" else ""
+        if m.type == "text":
+            load = f"text = static_cast<{c}&>(o).Get{n}();"
+        elif m.type == "bool":
+            load = f'text = static_cast<{c}&>(o).Is{n}() ? "true" : "false";'
+        elif m.type == "f64":
+            load = f"text = FormatDouble(static_cast<{c}&>(o).Get{n}());"
+        elif m.kind == "enum":
+            load = f"text = std::to_string(static_cast<int>(static_cast<{c}&>(o).Get{n}()));"
+        else:
+            load = f"text = std::to_string(static_cast<{c}&>(o).Get{n}());"
+        return (f"{{StepKind::Text, {cpp_string(name)}, nullptr, ValueKind::{kind}, nullptr, "
+                f"[](VOdxElement& o) {{ {unused}return {present}; }}, "
+                f"[](VOdxElement& o, std::string& text) {{ {load} }}, nullptr, nullptr}}")
+
+    def collection_step(self, cls, m, coll, wrapper):
+        c = cls.name
+        if coll.hand:
+            texts = (f"[](VOdxElement& o, const std::function<void(const char*)>& visit) {{ "
+                     f"for (auto& text : static_cast<{c}&>(o).{m.name}()) {{ visit(text.GetBuffer()); }} }}")
+            return (f"{{StepKind::TextWrapper, {cpp_string(wrapper)}, {cpp_string(m.item or '')}, ValueKind::Text, "
+                    f"nullptr, nullptr, nullptr, nullptr, {texts}}}")
+        items = (f"[](VOdxElement& o, const std::function<void(VOdxElement&)>& visit) {{ "
+                 f"for (auto& item : static_cast<{c}&>(o).{m.name}()) {{ visit(AsElement(item)); }} }}")
+        kind = "Items" if wrapper == "" else "Wrapper"
+        name = "nullptr" if wrapper == "" else cpp_string(wrapper)
+        return (f"{{StepKind::{kind}, {name}, nullptr, ValueKind::Text, nullptr, nullptr, nullptr, {items}, nullptr}}")
 
     # -- output ------------------------------------------------------------------------------
 
@@ -230,7 +261,7 @@ class Tables:
                        f"kValues_{enum.name}, {len(enum.literals)}}};\n")
         bodies = []
         for cls in classes:
-            attributes, children, walk, content, content_tag = self.class_rules(cls)
+            attributes, children, walk, content, content_tag, content_text = self.class_rules(cls)
             n = cls.name
             block = [f"\n// {n}\n"]
             if attributes:
@@ -240,12 +271,12 @@ class Tables:
                 block.append(f"const ChildRule kChildren_{n}[] = {{\n" +
                              "".join(f"    {r},\n" for _, r in children) + "};\n")
             if walk:
-                block.append(f"const WalkStep kWalk_{n}[] = {{\n" + "".join(f"    {w},\n" for w in walk) + "};\n")
+                block.append(f"const MemberStep kSteps_{n}[] = {{\n" + "".join(f"    {w},\n" for w in walk) + "};\n")
             block.append(f"const ClassTable kTable_{n} = {{{cpp_string(n)}, "
                          f"{'kAttributes_' + n if attributes else 'nullptr'}, {len(attributes)}, "
                          f"{'kChildren_' + n if children else 'nullptr'}, {len(children)}, "
                          f"Content::{content}, {content_tag}, {'true' if cls.is_referencable() else 'false'}, "
-                         f"{'kWalk_' + n if walk else 'nullptr'}, {len(walk)}}};\n")
+                         f"{'kSteps_' + n if walk else 'nullptr'}, {len(walk)}, {content_text}}};\n")
             bodies.append("".join(block))
         items = []
         for ident, rules in sorted(self.collections.items()):
@@ -260,6 +291,13 @@ class Tables:
                    "    };\n    auto found = tables.find(typeid(element));\n"
                    "    return found != tables.end() ? found->second : nullptr;\n}\n\n"
                    "const ClassTable& RootTable()\n{\n    return kTable_VOdx;\n}\n\n")
+        wrappers = sorted(self.wrappers)
+        out.append("bool IsWrapperName(const char* name)\n{\n"
+                   "    static const char* const kWrappers[] = {\n" +
+                   "".join(f"        {cpp_string(w)},\n" for w in wrappers) +
+                   "    };\n    for (const char* wrapper : kWrappers) {\n"
+                   "        if (std::strcmp(wrapper, name) == 0) {\n            return true;\n        }\n    }\n"
+                   "    return false;\n}\n\n")
         tags = sorted(model.tags)
         out.append("namespace {\n\nstruct TagName {\n    const char* name;\n    VOdxTagEnum tag;\n};\n\n"
                    "// Sorted by name, for a binary search.\nconst TagName kTagNames[] = {\n" +

@@ -341,7 +341,7 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
         _ApplyAttributes(*linkElement, *rule->table, attributes, count, name);
         // The reference element itself takes no children: a table without any.
         static const ClassTable kNoChildren = {"reference", nullptr, 0, nullptr, 0, Content::None, TAG_UNSET,
-                                               false, nullptr, 0};
+                                               false, nullptr, 0, nullptr};
         frame.table = &kNoChildren;
     } else {
         _ApplyAttributes(child, *rule->table, attributes, count, name);
@@ -490,6 +490,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
         break;
     case Content::None:
     case Content::Bytes:
+    case Content::Reference:
         if (!IsBlank(frame.text)) {
             _Report(eSeverityWarning, std::string("text of ") + frame.rule->name + " is not read", &element,
                     frame.line, frame.column);

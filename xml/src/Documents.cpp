@@ -122,13 +122,13 @@ void VOdxWalk::Children(VOdxElement& element, const std::function<void(VOdxEleme
     if (table == nullptr) {
         return;
     }
-    for (uint16_t i = 0; i < table->walkCount; ++i) {
-        const Internal::WalkStep& step = table->walk[i];
-        if (step.child != nullptr) {
+    for (uint16_t i = 0; i < table->stepCount; ++i) {
+        const Internal::MemberStep& step = table->steps[i];
+        if (step.kind == Internal::StepKind::Element) {
             if (VOdxElement* child = step.child(element)) {
                 visit(*child);
             }
-        } else {
+        } else if (step.kind == Internal::StepKind::Wrapper || step.kind == Internal::StepKind::Items) {
             step.items(element, visit);
         }
     }

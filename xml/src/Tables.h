@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "TesselODX220Model.h"
 
@@ -77,15 +78,35 @@ struct ChildRule {
     VOdxElement& (*into)(VOdxElement& owner);
 };
 
-// One step of the walk over an element's children, in document order: an element member
-// (the child, or null when absent) or a collection (its items).
-struct WalkStep {
+// One member of an element in document order, for the walk and the writer.
+enum class StepKind : uint8_t {
+    // An element member: the child, or null when absent.
+    Element,
+    // A text member written as a child element `name`.
+    Text,
+    // A collection in a plural wrapper `name`; its items are elements.
+    Wrapper,
+    // A collection of texts in a plural wrapper `name`, each in an element `itemName`.
+    TextWrapper,
+    // A collection whose items stand directly in the owner.
+    Items,
+};
+
+struct MemberStep {
+    StepKind kind;
+    const char* name;
+    const char* itemName;
+    ValueKind value;
     VOdxElement* (*child)(VOdxElement& owner);
+    bool (*present)(VOdxElement& owner);
+    void (*load)(VOdxElement& owner, std::string& text);
     void (*items)(VOdxElement& owner, const std::function<void(VOdxElement&)>& visit);
+    void (*texts)(VOdxElement& owner, const std::function<void(const char*)>& visit);
 };
 
 // What an element's own text content is.
-enum class Content : uint8_t { None, Text, Markup, Date, Bytes };
+// Reference: a typed link element, written with the attributes of the link object it holds.
+enum class Content : uint8_t { None, Text, Markup, Date, Bytes, Reference };
 
 struct ClassTable {
     const char* name;
@@ -99,8 +120,11 @@ struct ClassTable {
     VOdxTagEnum contentTag;
     // The referencable classes take ID.
     bool referencable;
-    const WalkStep* walk;
-    uint16_t walkCount;
+    // The members in document order.
+    const MemberStep* steps;
+    uint16_t stepCount;
+    // Content Text: the text, for writing.
+    void (*contentText)(VOdxElement& element, std::string& text);
 };
 
 struct CollectionTable {
@@ -117,6 +141,8 @@ const ClassTable* TableOf(const VOdxElement& element);
 const ClassTable& RootTable();
 // A child rule by XML name, or null.
 const ChildRule* FindChild(const ChildRule* rules, uint16_t count, const char* name);
+// Whether a name is that of a plural wrapper somewhere.
+bool IsWrapperName(const char* name);
 // The tag of an XML name, or TAG_UNSET.
 VOdxTagEnum TagOfName(const char* name);
 
