@@ -117,6 +117,16 @@ struct TokenizerCallbacks {
                         static_cast<unsigned>(error->int2 > 0 ? error->int2 : 0));
     }
 
+    // ODX documents declare no entities; a document that does is not read (its references
+    // would otherwise vanish, or expand beyond measure).
+    static void EntityDeclaration(void* context, const xmlChar* name, int, const xmlChar*, const xmlChar*, xmlChar*)
+    {
+        XmlTokenizer& tokenizer = Of(context);
+        tokenizer._Fail(std::string("the document declares the entity '") + Text(name) +
+                            "'; only the predefined entities are read",
+                        tokenizer.Line(), tokenizer.Column());
+    }
+
     // Nothing outside the document is ever loaded.
     static xmlParserInputPtr NoEntity(void*, const xmlChar*, const xmlChar*) { return nullptr; }
 };
@@ -137,6 +147,7 @@ XmlTokenizer::XmlTokenizer(XmlTokenHandler& handler, const std::string& fileName
     // Entities other than the predefined ones and character references are not declared
     // anywhere the parser looks, so they are errors; no DTD or external entity is loaded.
     sax.resolveEntity = TokenizerCallbacks::NoEntity;
+    sax.entityDecl = TokenizerCallbacks::EntityDeclaration;
     xmlParserCtxtPtr context = xmlCreatePushParserCtxt(&sax, nullptr, nullptr, 0, mFileName.c_str());
     if (context == nullptr) {
         _Fail("the XML parser could not be started", 0, 0);
@@ -144,6 +155,9 @@ XmlTokenizer::XmlTokenizer(XmlTokenHandler& handler, const std::string& fileName
     }
     context->_private = this;
     xmlCtxtUseOptions(context, XML_PARSE_NONET | XML_PARSE_NOCDATA);
+    // Attribute values come decoded ("&amp;" as "&", not kept as "&#38;"). Only the predefined
+    // entities and character references can be replaced: nothing declares others.
+    context->replaceEntities = 1;
     mpContext = context;
 }
 
