@@ -17,7 +17,7 @@ protected:
     }
 };
 
-TEST_F(ExampleArchive, LoadsEveryDocumentCompletely)
+TEST_F(ExampleArchive, LoadsEveryDocumentCompletelyFromFileAndFromMemory)
 {
     VLoadResult result = VOdxReader().ReadFile(ExamplePdx());
     ASSERT_NE(result.GetDocument(), nullptr) << Findings(result);
@@ -26,7 +26,6 @@ TEST_F(ExampleArchive, LoadsEveryDocumentCompletely)
     EXPECT_EQ(result.GetUnresolvedCount(), 0u);
     EXPECT_EQ(result.GetLinkCount(), 12u);
     EXPECT_EQ(ParkedCount(), 0u);
-
     std::set<std::string> kinds;
     for (VOdxCategory* category : Categories(*result.GetDocument())) {
         kinds.insert(category->GetXmlTag().GetBuffer());
@@ -41,39 +40,33 @@ TEST_F(ExampleArchive, LoadsEveryDocumentCompletely)
     EXPECT_EQ(catalog.mDtdVersion, "ODX-2.2.0");
     ASSERT_EQ(catalog.mBlocks.size(), 1u);
     EXPECT_EQ(catalog.mBlocks[0].mShortName, "example_data");
-    EXPECT_EQ(catalog.mBlocks[0].mUpdate, "UNCHANGED");
     ASSERT_EQ(catalog.mBlocks[0].mFiles.size(), 9u);
     EXPECT_EQ(catalog.mBlocks[0].mFiles[0].mName, "example.odx-d");
     EXPECT_EQ(catalog.mBlocks[0].mFiles[0].mMimeType, "application/x-asam.odx.odx-d");
     EXPECT_EQ(catalog.mBlocks[0].mFiles[8].mName, "notes.txt");
     const std::vector<unsigned char> index = ReadBytes(std::string(TESSEL_EXAMPLE_SOURCES) + "/index.xml");
     EXPECT_EQ(catalog.mText, std::string(index.begin(), index.end()));
-
     ASSERT_EQ(result.GetArchiveEntries().size(), 1u);
     EXPECT_EQ(result.GetArchiveEntries()[0].mName, "notes.txt");
     EXPECT_EQ(result.GetArchiveEntries()[0].mData, ReadBytes(std::string(TESSEL_EXAMPLE_SOURCES) + "/notes.txt"));
-}
 
-TEST_F(ExampleArchive, MemoryAndFileGiveTheSameDocument)
-{
+    // Read from memory, the archive gives the same.
     const std::vector<unsigned char> bytes = ReadBytes(ExamplePdx());
-    VLoadResult fromFile = VOdxReader().ReadFile(ExamplePdx());
     VLoadResult fromMemory = VOdxReader().ReadBuffer(ExamplePdx(), bytes.data(), bytes.size());
-    ASSERT_NE(fromFile.GetDocument(), nullptr);
     ASSERT_NE(fromMemory.GetDocument(), nullptr) << Findings(fromMemory);
-    EXPECT_EQ(Paths(*fromFile.GetDocument()), Paths(*fromMemory.GetDocument()));
-    EXPECT_EQ(fromFile.GetLoadedFiles(), fromMemory.GetLoadedFiles());
-    EXPECT_EQ(fromFile.GetLinkCount(), fromMemory.GetLinkCount());
-    EXPECT_EQ(fromFile.GetCatalog().mText, fromMemory.GetCatalog().mText);
+    EXPECT_EQ(Paths(*fromMemory.GetDocument()), Paths(*result.GetDocument()));
+    EXPECT_EQ(fromMemory.GetLoadedFiles(), result.GetLoadedFiles());
+    EXPECT_EQ(fromMemory.GetLinkCount(), result.GetLinkCount());
+    EXPECT_EQ(fromMemory.GetCatalog().mText, catalog.mText);
     ASSERT_EQ(fromMemory.GetArchiveEntries().size(), 1u);
-    EXPECT_EQ(fromFile.GetArchiveEntries()[0].mData, fromMemory.GetArchiveEntries()[0].mData);
+    EXPECT_EQ(fromMemory.GetArchiveEntries()[0].mData, result.GetArchiveEntries()[0].mData);
 }
 
 const std::string kGood = Odx("  <FLASH ID=\"F\"><SHORT-NAME>Good</SHORT-NAME></FLASH>\n");
 
 TEST(Archive, EntriesAreReadByCatalogAndContent)
 {
-    // An ODX document under another name is still read when the catalog names it; one the
+    // An ODX document under another name is read when the catalog names it; a document the
     // catalog does not name is kept as it is.
     const std::vector<unsigned char> zip =
         Zip({{"index.xml", Catalog({"sub/good.odx-f", "renamed.dat"})},
@@ -90,14 +83,14 @@ TEST(Archive, EntriesAreReadByCatalogAndContent)
     EXPECT_EQ(root.DiagLayerContainerCollection().Count(), 0u);
     ASSERT_EQ(result.GetArchiveEntries().size(), 1u);
     EXPECT_EQ(result.GetArchiveEntries()[0].mName, "stray.odx-d");
-    EXPECT_EQ(result.GetLoadedFiles(),
-              (std::vector<std::string>{"made.pdx/sub/good.odx-f", "made.pdx/renamed.dat"}));
+    EXPECT_EQ(result.GetLoadedFiles(), (std::vector<std::string>{"made.pdx/sub/good.odx-f", "made.pdx/renamed.dat"}));
 }
 
 TEST(Archive, BrokenArchivesAreRefusedNamingTheFault)
 {
     const std::string catalogMissing = Catalog({"good.odx-f", "missing.odx-d"});
     const std::string catalogClimbing = Catalog({"good.odx-f", "../good.odx-f"});
+    const std::string notZip = "PK\x03\x04 this is no archive at all";
     struct Case {
         const char* what;
         std::vector<unsigned char> bytes;
@@ -105,9 +98,8 @@ TEST(Archive, BrokenArchivesAreRefusedNamingTheFault)
         const char* message;
         unsigned line;
     };
-    std::string truncated = "PK\x03\x04 this is no archive at all";
     const Case cases[] = {
-        {"broken zip", std::vector<unsigned char>(truncated.begin(), truncated.end()), "t.pdx", "archive", 0},
+        {"broken zip", std::vector<unsigned char>(notZip.begin(), notZip.end()), "t.pdx", "archive", 0},
         {"no catalog", Zip({{"good.odx-f", kGood}}), "t.pdx", "no index.xml", 0},
         {"missing file", Zip({{"index.xml", catalogMissing}, {"good.odx-f", kGood}}), "t.pdx/index.xml",
          "missing.odx-d", LineOf(catalogMissing, "missing.odx-d")},
@@ -125,7 +117,6 @@ TEST(Archive, BrokenArchivesAreRefusedNamingTheFault)
         ASSERT_FALSE(test.bytes.empty());
         VLoadResult result = VOdxReader().ReadBuffer("t.pdx", test.bytes.data(), test.bytes.size());
         EXPECT_EQ(result.GetDocument(), nullptr);
-        ASSERT_GE(result.CountDiagnostics(eSeverityError), 1u);
         const VDiagnostic* error = Finding(result, eSeverityError, test.message);
         ASSERT_NE(error, nullptr) << Findings(result);
         EXPECT_EQ(error->mFile, test.file);
@@ -137,24 +128,13 @@ TEST(Archive, BrokenArchivesAreRefusedNamingTheFault)
     }
 }
 
-TEST(Archive, UnreadableArchiveFileIsAnError)
-{
-    TempDir folder;
-    const std::string path = folder.Write("garbage.pdx", "no zip here");
-    VLoadResult result = VOdxReader().ReadFile(path);
-    EXPECT_EQ(result.GetDocument(), nullptr);
-    ASSERT_EQ(result.CountDiagnostics(eSeverityError), 1u);
-    EXPECT_EQ(result.GetDiagnostics()[0].mFile, path);
-}
-
 TEST(Archive, LenientLoadKeepsTheEntriesThatLoaded)
 {
     const std::vector<unsigned char> zip =
         Zip({{"index.xml", Catalog({"good.odx-f", "bad.odx-d", "missing.odx-c"})},
              {"good.odx-f", kGood},
              {"bad.odx-d", Odx("  <DIAG-LAYER-CONTAINER><SHORT-NAME>Bad</SHORT-NAME>\n")}});
-    VLoadResult strict = VOdxReader().ReadBuffer("t.pdx", zip.data(), zip.size());
-    EXPECT_EQ(strict.GetDocument(), nullptr);
+    EXPECT_EQ(VOdxReader().ReadBuffer("t.pdx", zip.data(), zip.size()).GetDocument(), nullptr);
 
     VReadOptions options;
     options.mLenient = true;
@@ -163,13 +143,13 @@ TEST(Archive, LenientLoadKeepsTheEntriesThatLoaded)
     EXPECT_EQ(Categories(*lenient.GetDocument()).size(), 1u);
     EXPECT_EQ(lenient.GetDocument()->FlashCollection().Count(), 1u);
     EXPECT_EQ(lenient.GetLoadedFiles(), std::vector<std::string>{"t.pdx/good.odx-f"});
-    EXPECT_NE(Finding(lenient, eSeverityError, "missing.odx-c"), nullptr) << Findings(lenient);
-    bool badReported = false;
-    for (const VDiagnostic& diagnostic : lenient.GetDiagnostics()) {
-        badReported |= diagnostic.mSeverity == eSeverityError && diagnostic.mFile == "t.pdx/bad.odx-d";
-    }
-    EXPECT_TRUE(badReported) << Findings(lenient);
     EXPECT_TRUE(lenient.HasCatalog());
+    EXPECT_NE(Finding(lenient, eSeverityError, "missing.odx-c"), nullptr) << Findings(lenient);
+    size_t badReported = 0;
+    for (const VDiagnostic& diagnostic : lenient.GetDiagnostics()) {
+        badReported += diagnostic.mSeverity == eSeverityError && diagnostic.mFile == "t.pdx/bad.odx-d";
+    }
+    EXPECT_EQ(badReported, 1u) << Findings(lenient);
 }
 
 } // namespace

@@ -51,25 +51,5 @@ TEST(Corpus, EveryFileLoadsWithoutErrorsAndResolvesItsLinks)
     }
 }
 
-TEST(Corpus, AllComparamFilesLoadTogether)
-{
-    const std::filesystem::path folder = std::filesystem::path(CorpusDir()) / "odxtools" / "comparams";
-    std::vector<std::string> files;
-    for (const std::string& file : CorpusFiles()) {
-        if (std::filesystem::path(file).parent_path() == folder) {
-            files.push_back(file);
-        }
-    }
-    if (files.empty()) {
-        GTEST_SKIP() << "no corpus in " << folder.string() << " (set TESSEL_CORPUS_DIR)";
-    }
-    VLoadResult together = VOdxReader().ReadFiles(files);
-    ASSERT_NE(together.GetDocument(), nullptr) << Findings(together);
-    EXPECT_EQ(together.CountDiagnostics(eSeverityError), 0u) << Findings(together);
-    EXPECT_EQ(Categories(*together.GetDocument()).size(), files.size());
-    EXPECT_EQ(together.GetLoadedFiles(), files);
-    EXPECT_EQ(together.GetUnresolvedCount(), 0u);
-}
-
 } // namespace
 } // namespace XmlTests

@@ -8,8 +8,7 @@ namespace {
 
 TEST(Unhandled, UnknownElementsAndAttributesAreReportedWhereTheyAreAndSkipped)
 {
-    const std::string text = Odx("  <COMPARAM-SPEC ID=\"CP\">\n"
-                                 "    <SHORT-NAME>CP</SHORT-NAME>\n"
+    const std::string text = Odx("  <COMPARAM-SPEC ID=\"CP\">\n    <SHORT-NAME>CP</SHORT-NAME>\n"
                                  "    <PROT-STACKS>\n      <PROT-STACK><SHORT-NAME>Inner</SHORT-NAME></PROT-STACK>\n"
                                  "    </PROT-STACKS>\n"
                                  "    <SDGS>\n      <SDG SI=\"g\" COLOR=\"red\"><SD>kept</SD></SDG>\n    </SDGS>\n"
@@ -17,8 +16,8 @@ TEST(Unhandled, UnknownElementsAndAttributesAreReportedWhereTheyAreAndSkipped)
     VLoadResult result = ReadText("cp.odx-c", text);
     ASSERT_NE(result.GetDocument(), nullptr) << Findings(result);
     EXPECT_EQ(result.CountDiagnostics(eSeverityError), 0u) << Findings(result);
+    // The content of a skipped element is not reported on its own.
     EXPECT_EQ(result.GetUnhandledCount(), 2u) << Findings(result);
-
     const VDiagnostic* element = Finding(result, eSeverityWarning, "element PROT-STACKS is not read");
     ASSERT_NE(element, nullptr) << Findings(result);
     EXPECT_EQ(element->mFile, "cp.odx-c");
@@ -27,8 +26,6 @@ TEST(Unhandled, UnknownElementsAndAttributesAreReportedWhereTheyAreAndSkipped)
     const VDiagnostic* attribute = Finding(result, eSeverityWarning, "attribute COLOR of SDG is not read");
     ASSERT_NE(attribute, nullptr) << Findings(result);
     EXPECT_EQ(attribute->mLine, LineOf(text, "COLOR="));
-    // Nothing inside the skipped element is reported on its own.
-    EXPECT_EQ(Finding(result, eSeverityWarning, "PROT-STACK "), nullptr);
 
     VComparamSpec& spec = *result.GetDocument()->ComparamSpecCollection().Begin();
     EXPECT_STREQ(spec.GetShortName(), "CP");
@@ -36,7 +33,30 @@ TEST(Unhandled, UnknownElementsAndAttributesAreReportedWhereTheyAreAndSkipped)
     VSdg& sdg = *spec.SdgCollection().begin();
     EXPECT_STREQ(sdg.GetSi(), "g");
     EXPECT_STREQ((*sdg.SdgSdChoiceCollection().begin()).GetAsSd()->GetBaseMember(), "kept");
-    EXPECT_EQ(ParkedCount(), 0u);
+}
+
+// Findings about an element carry the parser's position after its start tag
+// (XmlTokenizer::Line/Column as used by DocumentReader::_StartChild, _Skip, _ApplyAttributes),
+// and the path of an element not yet placed in its parent's collection (DocumentReader::_Report):
+// a start tag over several lines is reported at its last line, and findings in sibling groups
+// share one path without wrapper or position.
+TEST(Unhandled, DISABLED_FindingsNameTheStartAndPathOfTheirElement)
+{
+    const std::string text = Odx("  <FLASH ID=\"F\">\n    <SHORT-NAME>F</SHORT-NAME>\n    <SDGS>\n      <SDG/>\n"
+                                 "      <SDG SI=\"x\"\n           COLOR=\"red\"\n           />\n    </SDGS>\n"
+                                 "    <ADMIN-DATA><DOC-REVISIONS><DOC-REVISION>\n"
+                                 "      <TEAM-MEMBER-REF\n         ID-REF=\"TM.Nobody\"/>\n"
+                                 "    </DOC-REVISION></DOC-REVISIONS></ADMIN-DATA>\n  </FLASH>\n");
+    VLoadResult result = ReadText("f.odx-f", text);
+    ASSERT_NE(result.GetDocument(), nullptr);
+    const VDiagnostic* attribute = Finding(result, eSeverityWarning, "COLOR");
+    const VDiagnostic* reference = Finding(result, eSeverityWarning, "TM.Nobody");
+    ASSERT_TRUE(attribute != nullptr && reference != nullptr) << Findings(result);
+    EXPECT_EQ(attribute->mLine, LineOf(text, "COLOR="));
+    EXPECT_EQ(reference->mLine, LineOf(text, "<TEAM-MEMBER-REF"));
+    EXPECT_EQ(reference->mColumn, 7u);
+    VSdg& second = *++(*result.GetDocument()->FlashCollection().Begin()).SdgCollection().begin();
+    EXPECT_EQ(attribute->mPath, second.GetXPATH(eXPathShortName).GetBuffer());
 }
 
 TEST(Malformed, DocumentsThatAreNoOdxFailWithTheirPlace)
@@ -44,7 +64,7 @@ TEST(Malformed, DocumentsThatAreNoOdxFailWithTheirPlace)
     struct Case {
         const char* what;
         std::string text;
-        std::string at;  // the text on the line of the fault; empty where no line is known
+        std::string at; // the text on the line of the fault; empty where no line is known
     };
     const Case cases[] = {
         {"unclosed tag", "<ODX>\n  <FLASH>\n    <SHORT-NAME>F</SHORT-NAME>\n</ODX>\n", "</ODX>"},
@@ -67,14 +87,14 @@ TEST(Malformed, DocumentsThatAreNoOdxFailWithTheirPlace)
             EXPECT_EQ(error.mLine, LineOf(test.text, test.at)) << error.ToString();
             EXPECT_GT(error.mColumn, 0u) << error.ToString();
         }
-        EXPECT_EQ(ParkedCount(), 0u);
     }
 }
 
 TEST(Malformed, FilesThatCannotBeReadAreErrors)
 {
     TempDir folder;
-    for (const std::string& path : {folder.Path() + "/absent.odx-d", folder.Path()}) {
+    const std::string garbage = folder.Write("garbage.pdx", "no zip here");
+    for (const std::string& path : {folder.Path() + "/absent.odx-d", folder.Path(), garbage}) {
         SCOPED_TRACE(path);
         VLoadResult result = VOdxReader().ReadFile(path);
         EXPECT_EQ(result.GetDocument(), nullptr);
@@ -85,13 +105,12 @@ TEST(Malformed, FilesThatCannotBeReadAreErrors)
 
 TEST(Malformed, ValuesThatDoNotConvertAreErrorsAtTheirLine)
 {
-    // No member holds a number yet: the literals of DOCTYPE and dates are the converted values.
+    // No member holds a number yet: DOCTYPE literals and dates are the values converted.
     const std::string text = Odx("  <DIAG-LAYER-CONTAINER>\n    <SHORT-NAME>D</SHORT-NAME>\n"
                                  "    <ADMIN-DATA><DOC-REVISIONS><DOC-REVISION>\n"
                                  "      <TEAM-MEMBER-REF ID-REF=\"X\" DOCREF=\"D\" DOCTYPE=\"NO-SUCH-TYPE\"/>\n"
                                  "      <DATE>next tuesday</DATE>\n"
-                                 "    </DOC-REVISION></DOC-REVISIONS></ADMIN-DATA>\n"
-                                 "  </DIAG-LAYER-CONTAINER>\n");
+                                 "    </DOC-REVISION></DOC-REVISIONS></ADMIN-DATA>\n  </DIAG-LAYER-CONTAINER>\n");
     VLoadResult result = ReadText("d.odx-d", text);
     const VDiagnostic* doctype = Finding(result, eSeverityError, "NO-SUCH-TYPE");
     ASSERT_NE(doctype, nullptr) << Findings(result);
@@ -102,19 +121,47 @@ TEST(Malformed, ValuesThatDoNotConvertAreErrorsAtTheirLine)
     EXPECT_EQ(date->mLine, LineOf(text, "<DATE>"));
 }
 
-TEST(Malformed, ExternalEntitiesAreNeverLoaded)
+TEST(Malformed, DocumentsDeclaringEntitiesAreRefusedAndNothingOutsideIsLoaded)
 {
     TempDir folder;
     const std::string secret = folder.Write("secret.txt", "SECRET-CONTENT");
-    const std::string text = "<?xml version=\"1.0\"?>\n<!DOCTYPE ODX [<!ENTITY leak SYSTEM \"file://" + secret +
-                             "\">]>\n<ODX>\n  <FLASH><SHORT-NAME>&leak;</SHORT-NAME></FLASH>\n</ODX>\n";
-    VLoadResult result = ReadText("x.odx-f", text);
-    if (result.GetDocument() != nullptr) {
-        for (VOdxCategory* category : Categories(*result.GetDocument())) {
-            EXPECT_EQ(std::string(category->GetShortName()).find("SECRET"), std::string::npos);
-        }
+    for (const std::string& declaration :
+         {"<!ENTITY leak SYSTEM \"file://" + secret + "\">", std::string("<!ENTITY leak \"inner text\">")}) {
+        SCOPED_TRACE(declaration);
+        const std::string text = "<?xml version=\"1.0\"?>\n<!DOCTYPE ODX [\n" + declaration +
+                                 "\n]>\n<ODX>\n  <FLASH><SHORT-NAME>&leak;</SHORT-NAME></FLASH>\n</ODX>\n";
+        VLoadResult result = ReadText("x.odx-f", text);
+        EXPECT_EQ(result.GetDocument(), nullptr);
+        const VDiagnostic* error = Finding(result, eSeverityError, "leak");
+        ASSERT_NE(error, nullptr) << Findings(result);
+        EXPECT_EQ(error->mLine, LineOf(text, "<!ENTITY"));
+        EXPECT_EQ(Findings(result).find("SECRET"), std::string::npos);
     }
-    EXPECT_EQ(Findings(result).find("SECRET"), std::string::npos);
+}
+
+// Nesting has no bound: 100000 nested SDG (1.3 MB) are read, and ending or walking the
+// document recurses once per level until the stack overflows (the model's destructors,
+// VOdxWalk::Tree). The reader should refuse such nesting with an error
+// (DocumentReader::StartElement, or a depth limit in XmlTokenizer).
+TEST(Malformed, DISABLED_DeepNestingIsRefusedOrSurvived)
+{
+    std::string text = "<ODX><FLASH><SHORT-NAME>F</SHORT-NAME><SDGS>";
+    for (int i = 0; i < 100000; ++i) {
+        text += "<SDG>";
+    }
+    for (int i = 0; i < 100000; ++i) {
+        text += "</SDG>";
+    }
+    text += "</SDGS></FLASH></ODX>";
+    EXPECT_EXIT(
+        {
+            VLoadResult result = ReadText("deep.odx-f", text);
+            if (result.GetDocument() != nullptr) {
+                VOdxWalk::Tree(*result.GetDocument(), [](VOdxElement&) {});
+            }
+            std::exit(result.GetDocument() == nullptr && result.CountDiagnostics(eSeverityError) == 1 ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0), "");
 }
 
 TEST(Strictness, OneBadFileFailsAStrictLoadAndALenientLoadKeepsTheGoodOne)
@@ -138,11 +185,11 @@ TEST(Strictness, OneBadFileFailsAStrictLoadAndALenientLoadKeepsTheGoodOne)
     EXPECT_STREQ(categories[0]->GetShortName(), "Good");
     ASSERT_EQ(lenient.CountDiagnostics(eSeverityError), 1u);
     EXPECT_EQ(Finding(lenient, eSeverityError, "")->mFile, "bad.odx-e");
+    EXPECT_EQ(VOdxReader(options).ReadBuffers({buffers[1]}).GetDocument(), nullptr);
 
     // A file that fails after a complete document of its own takes that document along.
     const std::string half = Odx("  <FLASH ID=\"F2\"><SHORT-NAME>Half</SHORT-NAME></FLASH>\n  <FLASH>\n");
-    VLoadResult partly = VOdxReader(options).ReadBuffers({{"good.odx-f", good.data(), good.size()},
-                                                          {"half.odx-f", half.data(), half.size()}});
+    VLoadResult partly = VOdxReader(options).ReadBuffers({buffers[0], {"half.odx-f", half.data(), half.size()}});
     ASSERT_NE(partly.GetDocument(), nullptr);
     EXPECT_EQ(partly.GetDocument()->FlashCollection().Count(), 1u);
     EXPECT_EQ(partly.GetDocument()->GetIdRefMap().Find(VYAString("F2"), VYAString("Half")), nullptr);
@@ -161,61 +208,22 @@ TEST(LiveDocuments, FailedLoadLeavesOtherDocumentsAndTheirParkedElements)
     ASSERT_EQ(ParkedCount(), 1u);
 
     const std::string bad = Odx("  <FLASH ID=\"B\"><SHORT-NAME>B</SHORT-NAME></FLASH>\n  <FLASH><SDGS><SDG>\n");
-    VLoadResult failed = ReadText("b.odx-f", bad);
-    EXPECT_EQ(failed.GetDocument(), nullptr);
+    EXPECT_EQ(ReadText("b.odx-f", bad).GetDocument(), nullptr);
     {
         // A lenient load that drops a failed file and keeps a document of its own, then ends.
         VReadOptions lenient;
         lenient.mLenient = true;
-        VLoadResult other = VOdxReader(lenient).ReadBuffers({{"c.odx-f", text.data(), text.size()},
-                                                            {"b.odx-f", bad.data(), bad.size()}});
+        VLoadResult other = VOdxReader(lenient).ReadBuffers(
+            {{"c.odx-f", text.data(), text.size()}, {"b.odx-f", bad.data(), bad.size()}});
         ASSERT_NE(other.GetDocument(), nullptr);
-        EXPECT_EQ(ParkedCount(), 1u);
     }
-
-    NODX220::VUnhandledElementCollection& collection = VOdxFactory::Instance().UnhandledElementCollection();
     ASSERT_EQ(ParkedCount(), 1u);
-    EXPECT_EQ(&*collection.Begin(), static_cast<VOdxElement*>(&parked));
+    EXPECT_EQ(&*VOdxFactory::Instance().UnhandledElementCollection().Begin(), static_cast<VOdxElement*>(&parked));
     EXPECT_STREQ(parked.GetSi(), "parked");
     EXPECT_EQ(&parked.GetRootElement(), first.GetDocument());
     EXPECT_STREQ(flash.GetShortName(), "A");
-
     VOdxDocuments::Destroy(*first.ReleaseDocument());
     EXPECT_EQ(ParkedCount(), 0u);
-}
-
-TEST(Positions, LinesAreRightWhenALargeFileIsReadInPieces)
-{
-    std::string body = "  <FLASH ID=\"F\">\n    <SHORT-NAME>F</SHORT-NAME>\n    <SDGS>\n      <SDG>\n";
-    for (int i = 0; i < 12000; ++i) {
-        body += "        <SD SI=\"" + std::to_string(i) + "\">\xC3\xA4\xE2\x82\xAC &amp; text</SD>\n";
-    }
-    body += "        <SD SI=\"last\" HUE=\"x\">end</SD>\n      </SDG>\n    </SDGS>\n  </FLASH>\n";
-    std::string text = Odx(body);
-    // The file is read in pieces of 256 KiB: let the first piece end inside a character.
-    const size_t piece = 1u << 18;
-    ASSERT_GT(text.size(), 2 * piece);
-    const size_t euro = text.rfind("\xE2\x82\xAC", piece - 1);
-    text.insert(text.find("  <FLASH"), piece - 1 - euro, ' ');
-    ASSERT_EQ(text.compare(piece - 1, 3, "\xE2\x82\xAC"), 0);
-    TempDir folder;
-    const std::string path = folder.Write("big.odx-f", text);
-
-    VLoadResult fromFile = VOdxReader().ReadFile(path);
-    VLoadResult fromMemory = ReadText(path, text);
-    for (VLoadResult* result : {&fromFile, &fromMemory}) {
-        ASSERT_NE(result->GetDocument(), nullptr) << Findings(*result);
-        const VDiagnostic* attribute = Finding(*result, eSeverityWarning, "HUE");
-        ASSERT_NE(attribute, nullptr) << Findings(*result);
-        EXPECT_EQ(attribute->mLine, LineOf(text, "HUE="));
-        VSdg& sdg = *(*result->GetDocument()->FlashCollection().Begin()).SdgCollection().begin();
-        ASSERT_EQ(sdg.SdgSdChoiceCollection().Count(), 12001u);
-        size_t same = 0;
-        for (ISdgSdChoice& item : sdg.SdgSdChoiceCollection()) {
-            same += std::string(item.GetAsSd()->GetBaseMember()) == "\xC3\xA4\xE2\x82\xAC & text";
-        }
-        EXPECT_EQ(same, 12000u);
-    }
 }
 
 } // namespace

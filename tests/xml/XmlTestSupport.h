@@ -1,10 +1,9 @@
 #pragma once
 
 #include <gtest/gtest.h>
-
 #include <zip.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -28,7 +27,7 @@ inline VLoadResult ReadText(const std::string& name, const std::string& text,
     return VOdxReader(options).ReadBuffer(name, text.data(), text.size());
 }
 
-// A document with the usual prolog; its body starts on line 3.
+// A document with the usual prolog around the body.
 inline std::string Odx(const std::string& body)
 {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -41,11 +40,7 @@ inline unsigned LineOf(const std::string& text, const std::string& piece)
 {
     const size_t at = text.find(piece);
     EXPECT_NE(at, std::string::npos) << piece;
-    unsigned line = 1;
-    for (size_t i = 0; i < at && i < text.size(); ++i) {
-        line += text[i] == '\n' ? 1 : 0;
-    }
-    return line;
+    return 1 + static_cast<unsigned>(std::count(text.begin(), text.begin() + std::min(at, text.size()), '\n'));
 }
 
 inline std::string Findings(const VLoadResult& result)
@@ -102,15 +97,12 @@ inline std::vector<unsigned char> ReadBytes(const std::string& path)
 // A zip archive built in memory from named texts.
 inline std::vector<unsigned char> Zip(const std::vector<std::pair<std::string, std::string>>& entries)
 {
-    zip_error_t error;
-    zip_error_init(&error);
-    zip_source_t* buffer = zip_source_buffer_create(nullptr, 0, 0, &error);
+    zip_source_t* buffer = zip_source_buffer_create(nullptr, 0, 0, nullptr);
     zip_source_keep(buffer);
-    zip_t* archive = zip_open_from_source(buffer, ZIP_TRUNCATE, &error);
-    EXPECT_NE(archive, nullptr);
-    for (const auto& entry : entries) {
-        zip_source_t* data = zip_source_buffer(archive, entry.second.data(), entry.second.size(), 0);
-        EXPECT_GE(zip_file_add(archive, entry.first.c_str(), data, ZIP_FL_ENC_UTF_8), 0) << entry.first;
+    zip_t* archive = zip_open_from_source(buffer, ZIP_TRUNCATE, nullptr);
+    for (const auto& [name, text] : entries) {
+        zip_source_t* data = zip_source_buffer(archive, text.data(), text.size(), 0);
+        EXPECT_GE(zip_file_add(archive, name.c_str(), data, ZIP_FL_ENC_UTF_8), 0) << name;
     }
     EXPECT_EQ(zip_close(archive), 0);
     std::vector<unsigned char> bytes;
@@ -121,7 +113,6 @@ inline std::vector<unsigned char> Zip(const std::vector<std::pair<std::string, s
         zip_source_close(buffer);
     }
     zip_source_free(buffer);
-    zip_error_fini(&error);
     return bytes;
 }
 
