@@ -61,20 +61,21 @@ class Tables:
         return (f"[](VOdxElement& parent, VOdxTagEnum tag) -> VOdxElement& {{ "
                 f"return VOdxFactory::Instance().Make{cls.stem}(parent, tag); }}")
 
-    def child_rule(self, name, tag, cls, into="nullptr"):
+    def child_rule(self, name, tag, cls, into="nullptr", present="nullptr"):
         if isinstance(cls, LinkClass):
             form = _link_form(tag)
             set_link = (f"[](VOdxElement& element, ILink& link) {{ "
                         f"static_cast<{cls.name}&>(element).SetLink(link); }}")
             return (name, f"{{{cpp_string(name)}, {tag_enumerator(tag)}, ChildKind::Reference, ValueKind::Text, "
                           f"LinkForm::{form}, &kTable_{_inner_class(form)}, {self.maker(cls)}, {set_link}, "
-                          f"nullptr, nullptr, {into}}}")
+                          f"nullptr, nullptr, {into}, {present}}}")
         return (name, f"{{{cpp_string(name)}, {tag_enumerator(tag)}, ChildKind::Element, ValueKind::Text, "
-                      f"LinkForm::Odxlink, &kTable_{cls.name}, {self.maker(cls)}, nullptr, nullptr, nullptr, {into}}}")
+                      f"LinkForm::Odxlink, &kTable_{cls.name}, {self.maker(cls)}, nullptr, nullptr, nullptr, {into}, "
+                      f"{present}}}")
 
     def text_rule(self, name, tag, kind):
         return (name, f"{{{cpp_string(name)}, {tag_enumerator(tag)}, ChildKind::Text, ValueKind::{kind}, "
-                      "LinkForm::Odxlink, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr}")
+                      "LinkForm::Odxlink, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr}")
 
     def collection_items(self, owner, member):
         coll = self.model.collections[member.type]
@@ -128,10 +129,11 @@ class Tables:
             if m.kind in ("element", "choice"):
                 if m.handler != "Tag":
                     continue
+                present = (f"[](VOdxElement& owner) {{ return static_cast<{cls.name}&>(owner).Has{m.name}(); }}")
                 for i, tag in enumerate(m.tags):
                     name = xml if xml and i == 0 else tag
                     target = self.class_for_tag(m.type, tag, f"{cls.name}.{m.name}")
-                    children.append(self.child_rule(name, tag, target))
+                    children.append(self.child_rule(name, tag, target, present=present))
                 walk.append(self.member_step(cls, m))
                 continue
             if m.kind == "collection":
@@ -148,7 +150,7 @@ class Tables:
                     self.wrappers.add(wrapper)
                     children.append((wrapper, f"{{{cpp_string(wrapper)}, {tag_enumerator(m.tags[0])}, "
                                               "ChildKind::Wrapper, ValueKind::Text, LinkForm::Odxlink, nullptr, "
-                                              f"nullptr, nullptr, &{ident}, {self.accessor(cls, m)}, nullptr}}"))
+                                              f"nullptr, nullptr, &{ident}, {self.accessor(cls, m)}, nullptr, nullptr}}"))
                 walk.append(self.collection_step(cls, m, coll, wrapper))
         if isinstance(cls, LinkClass):
             walk.append("{StepKind::Element, nullptr, nullptr, ValueKind::Text, [](VOdxElement& owner) -> VOdxElement* { "

@@ -17,6 +17,9 @@ using namespace NODX220;
 
 namespace {
 
+// No real document nests a tenth as deep; deeper trees would be too deep to end or walk.
+const size_t kMaxDepth = 256;
+
 bool IsBlank(const std::string& text)
 {
     return text.find_first_not_of(" \t\r\n") == std::string::npos;
@@ -199,6 +202,11 @@ void DocumentReader::StartElement(const char* name, const XmlAttribute* attribut
         return;
     }
     Frame& top = mFrames.back();
+    if (mFrames.size() >= kMaxDepth && top.kind != FrameKind::Skip) {
+        _Fail("the document nests deeper than " + std::to_string(kMaxDepth) + " elements",
+              mTokenizer.StartLine(), mTokenizer.StartColumn());
+        return;
+    }
     switch (top.kind) {
     case FrameKind::Skip:
         ++top.depth;
@@ -248,7 +256,7 @@ const ChildRule* DocumentReader::_Rule(const ChildRule* rules, uint16_t ruleCoun
 void DocumentReader::_StartRoot(const char* name, const XmlAttribute* attributes, size_t count)
 {
     if (std::strcmp(name, "ODX") != 0) {
-        _Fail(std::string("the root element is ") + name + ", not ODX", mTokenizer.Line(), mTokenizer.Column());
+        _Fail(std::string("the root element is ") + name + ", not ODX", mTokenizer.StartLine(), mTokenizer.StartColumn());
         return;
     }
     mSawRoot = true;
@@ -256,14 +264,15 @@ void DocumentReader::_StartRoot(const char* name, const XmlAttribute* attributes
     frame.kind = FrameKind::Root;
     frame.element = &mState.root;
     frame.table = &RootTable();
-    frame.line = mTokenizer.Line();
-    frame.column = mTokenizer.Column();
+    frame.line = mTokenizer.StartLine();
+    frame.column = mTokenizer.StartColumn();
+    frame.path = "ODX[1]";
     for (size_t i = 0; i < count; ++i) {
         if (std::strcmp(attributes[i].name, "xsi:noNamespaceSchemaLocation") == 0) {
             mState.root.SetSchemaLocation(attributes[i].value);
         }
     }
-    _ApplyAttributes(mState.root, *frame.table, attributes, count, name);
+    _ApplyAttributes(mState.root, *frame.table, attributes, count, name, frame.path);
     mFrames.push_back(std::move(frame));
 }
 
@@ -272,8 +281,9 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
 {
     Frame frame;
     frame.rule = rule;
-    frame.line = mTokenizer.Line();
-    frame.column = mTokenizer.Column();
+    frame.line = mTokenizer.StartLine();
+    frame.column = mTokenizer.StartColumn();
+    frame.path = _ChildPath(name);
     // Inside a wrapper the items belong to the wrapper's owner and go to its collection.
     VOdxElement& owner = *parent.element;
     VOdxElement* receiver = parent.kind == FrameKind::Wrapper ? parent.owner : parent.element;
@@ -283,7 +293,7 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
         frame.kind = FrameKind::TextChild;
         frame.element = &owner;
         if (count > 0) {
-            _Report(eSeverityWarning, std::string("attributes of ") + name + " are not read", &owner, frame.line,
+            _Report(eSeverityWarning, std::string("attributes of ") + name + " are not read", frame.path, frame.line,
                     frame.column);
             ++mState.unhandled;
         }
@@ -338,13 +348,13 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
         }
         }
         rule->setLink(child, *link);
-        _ApplyAttributes(*linkElement, *rule->table, attributes, count, name);
+        _ApplyAttributes(*linkElement, *rule->table, attributes, count, name, frame.path);
         // The reference element itself takes no children: a table without any.
         static const ClassTable kNoChildren = {"reference", nullptr, 0, nullptr, 0, Content::None, TAG_UNSET,
                                                false, nullptr, 0, nullptr};
         frame.table = &kNoChildren;
     } else {
-        _ApplyAttributes(child, *rule->table, attributes, count, name);
+        _ApplyAttributes(child, *rule->table, attributes, count, name, frame.path);
     }
     if (parent.kind == FrameKind::Root) {
         if (auto* category = dynamic_cast<VOdxCategory*>(&child)) {
@@ -370,10 +380,11 @@ void DocumentReader::_StartMarkup(const char* name, const XmlAttribute* attribut
     }
     Frame frame;
     frame.kind = FrameKind::Markup;
+    frame.path = _ChildPath(name);
     frame.node = &node;
     frame.element = top.element;
-    frame.line = mTokenizer.Line();
-    frame.column = mTokenizer.Column();
+    frame.line = mTokenizer.StartLine();
+    frame.column = mTokenizer.StartColumn();
     mFrames.push_back(std::move(frame));
 }
 
@@ -407,7 +418,7 @@ void DocumentReader::EndElement(const char*)
         break;
     case FrameKind::Root:
         if (!IsBlank(frame.text)) {
-            _Report(eSeverityWarning, "text of ODX is not read", &mState.root, frame.line, frame.column);
+            _Report(eSeverityWarning, "text of ODX is not read", frame.path, frame.line, frame.column);
             ++mState.unhandled;
         }
         break;
@@ -426,7 +437,7 @@ void DocumentReader::_EndTextFrame(Frame& frame)
     long long number = 0;
     if (!Convert(rule.value, nullptr, frame.text, number)) {
         _Report(eSeverityError, std::string(rule.name) + " is not " + KindName(rule.value) + ": '" + frame.text + "'",
-                &owner, frame.line, frame.column);
+                frame.path, frame.line, frame.column);
         return;
     }
     bool taken = false;
@@ -452,7 +463,7 @@ void DocumentReader::_EndTextFrame(Frame& frame)
         break;
     }
     if (!taken) {
-        _Report(eSeverityWarning, std::string(rule.name) + " was not taken", &owner, frame.line, frame.column);
+        _Report(eSeverityWarning, std::string(rule.name) + " was not taken", frame.path, frame.line, frame.column);
         ++mState.unhandled;
     }
 }
@@ -464,7 +475,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
         std::vector<unsigned char> bytes;
         if (!ParseHex(frame.text, bytes)) {
             _Report(eSeverityError, std::string(frame.rule->name) + " is no hexadecimal text: '" + frame.text + "'",
-                    frame.owner, frame.line, frame.column);
+                    frame.path, frame.line, frame.column);
             return;
         }
         frame.element = new NODX220::VByteStream(bytes.data(), static_cast<unsigned>(bytes.size()), *frame.owner,
@@ -481,7 +492,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
         // short of its time is wrong.
         if (!static_cast<VDateTime&>(element).ParseUtcString(frame.text.c_str(), "T") &&
             !HasDateAndTime(frame.text)) {
-            _Report(eSeverityError, "DATE is no date and time: '" + frame.text + "'", &element, frame.line,
+            _Report(eSeverityError, "DATE is no date and time: '" + frame.text + "'", frame.path, frame.line,
                     frame.column);
         }
         break;
@@ -492,7 +503,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
     case Content::Bytes:
     case Content::Reference:
         if (!IsBlank(frame.text)) {
-            _Report(eSeverityWarning, std::string("text of ") + frame.rule->name + " is not read", &element,
+            _Report(eSeverityWarning, std::string("text of ") + frame.rule->name + " is not read", frame.path,
                     frame.line, frame.column);
             ++mState.unhandled;
         }
@@ -505,6 +516,11 @@ void DocumentReader::_Deliver(Frame& frame, VOdxElement& child)
 {
     const ChildRule& rule = *frame.rule;
     VOdxElement& target = rule.into != nullptr ? rule.into(*frame.owner) : *frame.owner;
+    if (rule.present != nullptr && rule.present(*frame.owner)) {
+        _Report(eSeverityWarning, std::string("this ") + rule.name + " replaces an earlier one", frame.path,
+                frame.line, frame.column);
+        ++mState.unhandled;
+    }
     bool taken = false;
     try {
         taken = target.HandleTag(rule.tag, child);
@@ -512,7 +528,7 @@ void DocumentReader::_Deliver(Frame& frame, VOdxElement& child)
         taken = false;
     }
     if (!taken) {
-        _Report(eSeverityWarning, std::string(rule.name) + " could not be placed", frame.owner, frame.line,
+        _Report(eSeverityWarning, std::string(rule.name) + " could not be placed", frame.path, frame.line,
                 frame.column);
         ++mState.unhandled;
         _Park(child);
@@ -524,7 +540,8 @@ void DocumentReader::_Deliver(Frame& frame, VOdxElement& child)
 }
 
 void DocumentReader::_ApplyAttributes(VOdxElement& element, const ClassTable& table,
-                                      const XmlAttribute* attributes, size_t count, const char* elementName)
+                                      const XmlAttribute* attributes, size_t count, const char* elementName,
+                                      const std::string& path)
 {
     for (size_t i = 0; i < count; ++i) {
         const char* name = attributes[i].name;
@@ -538,9 +555,12 @@ void DocumentReader::_ApplyAttributes(VOdxElement& element, const ClassTable& ta
                 break;
             }
         }
+        unsigned line = 0;
+        unsigned column = 0;
+        mTokenizer.AttributePosition(name, line, column);
         if (rule == nullptr) {
             _Report(eSeverityWarning, std::string("attribute ") + name + " of " + elementName + " is not read",
-                    &element, mTokenizer.Line(), mTokenizer.Column());
+                    path, line, column);
             ++mState.unhandled;
             continue;
         }
@@ -550,8 +570,8 @@ void DocumentReader::_ApplyAttributes(VOdxElement& element, const ClassTable& ta
             const std::string what = rule->kind == ValueKind::Enum
                                          ? std::string("an unknown literal of ") + rule->literals->name
                                          : std::string("not ") + KindName(rule->kind);
-            _Report(eSeverityError, std::string("attribute ") + name + "='" + value + "' is " + what, &element,
-                    mTokenizer.Line(), mTokenizer.Column());
+            _Report(eSeverityError, std::string("attribute ") + name + "='" + value + "' is " + what, path, line,
+                    column);
             continue;
         }
         rule->store(element, value.c_str(), number);
@@ -626,12 +646,16 @@ void DocumentReader::_AttachPending(VOdxElement& element)
     mPendingInstructions.clear();
 }
 
-void DocumentReader::_Skip(const char* name)
+std::string DocumentReader::_ChildPath(const char* name)
 {
     Frame& top = mFrames.back();
-    const VOdxElement* where = top.kind == FrameKind::Wrapper ? top.owner : top.element;
-    _Report(eSeverityWarning, std::string("element ") + name + " is not read", where, mTokenizer.Line(),
-            mTokenizer.Column());
+    return top.path + "/" + name + "[" + std::to_string(++top.childCounts[name]) + "]";
+}
+
+void DocumentReader::_Skip(const char* name)
+{
+    _Report(eSeverityWarning, std::string("element ") + name + " is not read", _ChildPath(name),
+            mTokenizer.StartLine(), mTokenizer.StartColumn());
     ++mState.unhandled;
     Frame frame;
     frame.kind = FrameKind::Skip;
@@ -644,7 +668,7 @@ void DocumentReader::_Park(VOdxElement& element)
     mParked.push_back(&element);
 }
 
-void DocumentReader::_Report(VSeverity severity, const std::string& message, const VOdxElement* where,
+void DocumentReader::_Report(VSeverity severity, const std::string& message, const std::string& path,
                              unsigned line, unsigned column)
 {
     VDiagnostic diagnostic;
@@ -652,9 +676,7 @@ void DocumentReader::_Report(VSeverity severity, const std::string& message, con
     diagnostic.mFile = mLocation;
     diagnostic.mLine = line;
     diagnostic.mColumn = column;
-    if (where != nullptr) {
-        diagnostic.mPath = where->GetXPATH(NODX220::eXPathShortName).GetBuffer();
-    }
+    diagnostic.mPath = path;
     diagnostic.mMessage = message;
     mState.diagnostics.push_back(std::move(diagnostic));
 }
@@ -664,7 +686,7 @@ void DocumentReader::_Fail(const std::string& message, unsigned line, unsigned c
     if (mFailed) {
         return;
     }
-    _Report(eSeverityError, message, nullptr, line, column);
+    _Report(eSeverityError, message, mFrames.empty() ? std::string() : mFrames.back().path, line, column);
     mFailed = true;
     mTokenizer.Stop();
     _Discard();

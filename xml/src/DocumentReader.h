@@ -59,6 +59,9 @@ private:
         const ChildRule* rule = nullptr;
         NODX220::VSimpleXmlElement* node = nullptr;
         std::string text;
+        // Where the element stands in the file, by positions: ODX[1]/FLASH[1]/SDGS[1]/SDG[2].
+        std::string path;
+        std::unordered_map<std::string, unsigned> childCounts;
         unsigned line = 0;
         unsigned column = 0;
         unsigned depth = 0;
@@ -74,13 +77,15 @@ private:
     void _EndTextFrame(Frame& frame);
     void _Deliver(Frame& frame, NODX220::VOdxElement& child);
     void _ApplyAttributes(NODX220::VOdxElement& element, const ClassTable& table,
-                          const XmlAttribute* attributes, size_t count, const char* elementName);
+                          const XmlAttribute* attributes, size_t count, const char* elementName,
+                          const std::string& path);
+    std::string _ChildPath(const char* name);
     void _AttachPending(NODX220::VOdxElement& element);
     void _FlushMarkupText();
     void _Skip(const char* name);
     void _Park(NODX220::VOdxElement& element);
-    void _Report(VSeverity severity, const std::string& message, const NODX220::VOdxElement* where,
-                 unsigned line, unsigned column);
+    void _Report(VSeverity severity, const std::string& message, const std::string& path, unsigned line,
+                 unsigned column);
     void _Fail(const std::string& message, unsigned line, unsigned column);
     void _Discard();
 

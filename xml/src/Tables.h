@@ -76,6 +76,8 @@ struct ChildRule {
     // Element and Reference: true when the owner does not take the child itself and it goes
     // to the owner's collection instead.
     VOdxElement& (*into)(VOdxElement& owner);
+    // An owner's single child: whether it holds one already (a second one would replace it).
+    bool (*present)(VOdxElement& owner);
 };
 
 // One member of an element in document order, for the walk and the writer.

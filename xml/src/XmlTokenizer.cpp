@@ -52,6 +52,7 @@ struct TokenizerCallbacks {
                                                   static_cast<size_t>(attribute[4] - attribute[3]));
             list[static_cast<size_t>(i)] = {name.c_str(), values[static_cast<size_t>(i)].c_str()};
         }
+        tokenizer._MarkStart();
         std::string qualified;
         const char* name = Text(localName);
         if (prefix != nullptr) {
@@ -209,6 +210,74 @@ void XmlTokenizer::Stop()
 {
     if (mpContext != nullptr) {
         xmlStopParser(static_cast<xmlParserCtxtPtr>(mpContext));
+    }
+}
+
+void XmlTokenizer::_MarkStart()
+{
+    // The parser stands at the end of the start tag, which is still in its buffer: the tag
+    // starts at the last '<' before it (no '<' can stand inside attribute values).
+    auto* context = static_cast<xmlParserCtxtPtr>(mpContext);
+    const xmlChar* base = context->input->base;
+    const xmlChar* cur = context->input->cur;
+    const xmlChar* start = cur;
+    while (start > base && *start != '<') {
+        --start;
+    }
+    mStartLine = Line();
+    mStartColumn = Column();
+    mpTagStart = nullptr;
+    mpTagEnd = nullptr;
+    if (*start != '<') {
+        return;
+    }
+    mpTagStart = reinterpret_cast<const char*>(start);
+    mpTagEnd = reinterpret_cast<const char*>(cur);
+    unsigned breaks = 0;
+    for (const xmlChar* c = start; c < cur; ++c) {
+        breaks += *c == '\n' ? 1 : 0;
+    }
+    mStartLine -= breaks;
+    if (breaks == 0) {
+        mStartColumn -= static_cast<unsigned>(cur - start);
+        return;
+    }
+    const xmlChar* lineStart = start;
+    while (lineStart > base && lineStart[-1] != '\n') {
+        --lineStart;
+    }
+    mStartColumn = static_cast<unsigned>(start - lineStart) + 1;
+}
+
+void XmlTokenizer::AttributePosition(const char* name, unsigned& line, unsigned& column) const
+{
+    line = mStartLine;
+    column = mStartColumn;
+    if (mpTagStart == nullptr) {
+        return;
+    }
+    const size_t length = std::strlen(name);
+    unsigned atLine = mStartLine;
+    unsigned atColumn = mStartColumn;
+    for (const char* c = mpTagStart; c + length < mpTagEnd; ++c) {
+        const bool after = c > mpTagStart && (c[-1] == ' ' || c[-1] == '\t' || c[-1] == '\n' || c[-1] == '\r');
+        if (after && std::strncmp(c, name, length) == 0) {
+            const char* next = c + length;
+            while (next < mpTagEnd && (*next == ' ' || *next == '\t' || *next == '\n' || *next == '\r')) {
+                ++next;
+            }
+            if (next < mpTagEnd && *next == '=') {
+                line = atLine;
+                column = atColumn;
+                return;
+            }
+        }
+        if (*c == '\n') {
+            ++atLine;
+            atColumn = 1;
+        } else {
+            ++atColumn;
+        }
     }
 }
 

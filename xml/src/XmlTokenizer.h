@@ -43,6 +43,11 @@ public:
     // The position of the token being handled.
     unsigned Line() const;
     unsigned Column() const;
+    // Where the element being started begins: its '<'.
+    unsigned StartLine() const { return mStartLine; }
+    unsigned StartColumn() const { return mStartColumn; }
+    // Where an attribute of the element being started stands; its start where not found.
+    void AttributePosition(const char* name, unsigned& line, unsigned& column) const;
 
     bool Failed() const { return mFailed; }
     const std::string& Error() const { return mError; }
@@ -53,6 +58,7 @@ private:
     friend struct TokenizerCallbacks;
 
     void _Fail(const std::string& message, unsigned line, unsigned column);
+    void _MarkStart();
 
     XmlTokenHandler& mHandler;
     std::string mFileName;
@@ -62,6 +68,11 @@ private:
     std::string mError;
     unsigned mErrorLine = 0;
     unsigned mErrorColumn = 0;
+    unsigned mStartLine = 0;
+    unsigned mStartColumn = 0;
+    // The start tag in the parser's buffer, while its element is being started.
+    const char* mpTagStart = nullptr;
+    const char* mpTagEnd = nullptr;
 };
 
 } // namespace Internal

@@ -18,8 +18,8 @@ enum VSeverity {
     eSeverityNote = 2
 };
 
-// One finding of a load: where it is (file, line and column from 1; 0 where unknown; the
-// element path where an element is concerned) and what.
+// One finding of a load: where it is (file, line and column from 1, 0 where unknown; the
+// element's place in the file by positions, such as ODX[1]/FLASH[1]/SDGS[1]/SDG[2]) and what.
 struct TESSEL_XML_API VDiagnostic {
     VSeverity mSeverity = eSeverityError;
     std::string mFile;
