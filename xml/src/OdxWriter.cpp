@@ -257,50 +257,45 @@ private:
         case StepKind::Items:
             step.items(owner, [this, depth](VOdxElement& item) { Element(item, item.GetXmlTag().GetBuffer(), depth); });
             return;
-        case StepKind::Wrapper: {
-            const size_t start = mOut.size();
-            Indent(depth);
-            mOut += '<';
-            mOut += step.name;
-            mOut += ">\n";
-            const size_t body = mOut.size();
-            step.items(owner, [this, depth](VOdxElement& item) {
-                Element(item, item.GetXmlTag().GetBuffer(), depth + 1);
+        case StepKind::Wrapper:
+            Wrapped(step.name, depth, [&]() {
+                step.items(owner, [this, depth](VOdxElement& item) {
+                    Element(item, item.GetXmlTag().GetBuffer(), depth + 1);
+                });
             });
-            if (mOut.size() == body) {
-                mOut.resize(start);
-                return;
-            }
-            Indent(depth);
-            mOut += "</";
-            mOut += step.name;
-            mOut += ">\n";
+            return;
+        case StepKind::TextWrapper:
+            Wrapped(step.name, depth, [&]() {
+                step.texts(owner, [this, depth, &step](const char* text) {
+                    Indent(depth + 1);
+                    mOut += '<';
+                    mOut += step.itemName;
+                    Inline(step.itemName, text);
+                });
+            });
             return;
         }
-        case StepKind::TextWrapper: {
-            const size_t start = mOut.size();
-            Indent(depth);
-            mOut += '<';
-            mOut += step.name;
-            mOut += ">\n";
-            const size_t body = mOut.size();
-            step.texts(owner, [this, depth, &step](const char* text) {
-                Indent(depth + 1);
-                mOut += '<';
-                mOut += step.itemName;
-                Inline(step.itemName, text);
-            });
-            if (mOut.size() == body) {
-                mOut.resize(start);
-                return;
-            }
-            Indent(depth);
-            mOut += "</";
-            mOut += step.name;
-            mOut += ">\n";
+    }
+
+    // A plural wrapper around what `items` writes; nothing at all when that is nothing.
+    template <class Items>
+    void Wrapped(const char* name, unsigned depth, const Items& items)
+    {
+        const size_t start = mOut.size();
+        Indent(depth);
+        mOut += '<';
+        mOut += name;
+        mOut += ">\n";
+        const size_t body = mOut.size();
+        items();
+        if (mOut.size() == body) {
+            mOut.resize(start);
             return;
         }
-        }
+        Indent(depth);
+        mOut += "</";
+        mOut += name;
+        mOut += ">\n";
     }
 
     // A node of description markup, as stored: its character data is escaped already.
