@@ -283,5 +283,19 @@ TEST(WriterTest, CopiedDocumentWritesTheSame)
     VOdxDocuments::Destroy(copy);
 }
 
+// Documents in another encoding arrive as UTF-8, and are written as UTF-8.
+TEST(WriterTest, OtherEncodingsBecomeUtf8)
+{
+    const std::string latin1 = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<ODX MODEL-VERSION=\"2.2.0\">"
+                               "<FLASH ID=\"F\"><SHORT-NAME>F</SHORT-NAME><LONG-NAME>Gr\xfc\xdf" "e</LONG-NAME>"
+                               "</FLASH></ODX>";
+    VLoadResult result = Load({{"f.odx-f", latin1}});
+    VFlash& flash = *result.GetDocument()->FlashCollection().Begin();
+    EXPECT_STREQ(flash.GetLongName().GetBaseMember(), "Gr\xc3\xbc\xc3\x9f" "e");
+    const std::string written = Written(*result.GetDocument(), "f.odx-f");
+    EXPECT_TRUE(Contains(written, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"));
+    EXPECT_TRUE(Contains(written, "<LONG-NAME>Gr\xc3\xbc\xc3\x9f" "e</LONG-NAME>"));
+}
+
 } // namespace
 } // namespace NODX220Xml
