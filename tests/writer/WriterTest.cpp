@@ -297,5 +297,35 @@ TEST(WriterTest, OtherEncodingsBecomeUtf8)
     EXPECT_TRUE(Contains(written, "<LONG-NAME>Gr\xc3\xbc\xc3\x9f" "e</LONG-NAME>"));
 }
 
+// A file is written in pieces as the text grows; the pieces make up what memory holds.
+TEST(WriterTest, FilesAreStreamedAndEqualTheTextInMemory)
+{
+    std::string text = "<ODX MODEL-VERSION=\"2.2.0\"><FLASH ID=\"F\"><SHORT-NAME>F</SHORT-NAME><SDGS>";
+    for (int i = 0; i < 3000; ++i) {
+        text += "<SDG SI=\"s" + std::to_string(i) + "\"><SD>value " + std::to_string(i) + "</SD><SDG/></SDG>";
+    }
+    text += "</SDGS></FLASH></ODX>";
+    VLoadResult result = Load({{"big.odx-f", text}});
+    VFlash& flash = *result.GetDocument()->FlashCollection().Begin();
+    const std::string inMemory = VOdxWriter().WriteDocument(flash);
+    ASSERT_GT(inMemory.size(), 200000u);
+    const std::string path = ::testing::TempDir() + "streamed.odx-f";
+    std::string error;
+    ASSERT_TRUE(VOdxWriter().WriteCategoryFile(flash, path, error)) << error;
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    ASSERT_NE(file, nullptr);
+    std::string onDisk;
+    char buffer[8192];
+    size_t got = 0;
+    while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0) {
+        onDisk.append(buffer, got);
+    }
+    std::fclose(file);
+    std::remove(path.c_str());
+    EXPECT_EQ(VOdxCompare::FirstDifference(inMemory, onDisk), "");
+    EXPECT_FALSE(VOdxWriter().WriteCategoryFile(flash, ::testing::TempDir() + "no/such/dir/x.odx-f", error));
+    EXPECT_NE(error.find("cannot write"), std::string::npos);
+}
+
 } // namespace
 } // namespace NODX220Xml

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <map>
 #include <set>
 
@@ -83,7 +84,25 @@ std::string EndingOf(VOdxTagEnum tag)
 // Writes elements by the tables of their classes into a text, indenting element content.
 class DocumentWriter {
 public:
-    DocumentWriter(std::string& out, unsigned indent) : mOut(out), mIndent(indent) {}
+    // With a sink, the text goes there in pieces as it grows, after complete elements: what
+    // the writer may still take back (an empty wrapper, the break of an empty element) is never
+    // among what went.
+    using Sink = std::function<bool(const std::string& piece)>;
+
+    DocumentWriter(std::string& out, unsigned indent, Sink sink = Sink())
+        : mOut(out), mIndent(indent), mSink(std::move(sink))
+    {
+    }
+
+    // Hands the rest to the sink; false when the sink failed.
+    bool Finish()
+    {
+        if (mSink && !mFailed && !mOut.empty()) {
+            mFailed = !mSink(mOut);
+            mOut.clear();
+        }
+        return !mFailed;
+    }
 
     void Root(VOdxCategory& category)
     {
@@ -188,9 +207,9 @@ private:
         default:
             break;
         }
-        const size_t open = mOut.size();
+        const size_t open = Position();
         mOut += '>';
-        const size_t body = mOut.size();
+        const size_t body = Position();
         if (table->content == Content::Markup) {
             // Markup stands inline: layout added there would become content.
             auto& description = static_cast<VDescription&>(element);
@@ -203,24 +222,26 @@ private:
         }
         // Members are written a line each; the line break after the start tag goes again when
         // no member was written.
-        const size_t members = mOut.size();
+        const size_t members = Position();
         mOut += '\n';
         for (uint16_t i = 0; i < table->stepCount; ++i) {
             Step(element, table->steps[i], depth + 1);
         }
-        if (mOut.size() == members + 1) {
-            mOut.resize(members);
+        // Nothing was flushed when nothing was written, so these take back what is still here.
+        if (Position() == members + 1) {
+            mOut.resize(members - mFlushed);
         }
-        if (mOut.size() == body) {
-            mOut.replace(open, 1, "/>\n");
+        if (Position() == body) {
+            mOut.replace(open - mFlushed, 1, "/>\n");
             return;
         }
-        if (mOut.back() == '\n') {
+        if (LastCharacter() == '\n') {
             Indent(depth);
         }
         mOut += "</";
         mOut += name;
         mOut += ">\n";
+        Flushed();
     }
 
     void Inline(const char* name, const char* text)
@@ -234,6 +255,7 @@ private:
         mOut += "</";
         mOut += name;
         mOut += ">\n";
+        Flushed();
     }
 
     void Step(VOdxElement& owner, const MemberStep& step, unsigned depth)
@@ -281,15 +303,15 @@ private:
     template <class Items>
     void Wrapped(const char* name, unsigned depth, const Items& items)
     {
-        const size_t start = mOut.size();
+        const size_t start = Position();
         Indent(depth);
         mOut += '<';
         mOut += name;
         mOut += ">\n";
-        const size_t body = mOut.size();
+        const size_t body = Position();
         items();
-        if (mOut.size() == body) {
-            mOut.resize(start);
+        if (Position() == body) {
+            mOut.resize(start - mFlushed);
             return;
         }
         Indent(depth);
@@ -333,8 +355,31 @@ private:
         mOut += '>';
     }
 
+    // Where the text stands, counting what went to the sink.
+    size_t Position() const { return mFlushed + mOut.size(); }
+
+    char LastCharacter() const { return mOut.empty() ? mLastFlushed : mOut.back(); }
+
+    // After a complete element: passes the text on once enough has gathered.
+    void Flushed()
+    {
+        if (!mSink || mFailed || mOut.size() < kPiece) {
+            return;
+        }
+        mFailed = !mSink(mOut);
+        mFlushed += mOut.size();
+        mLastFlushed = mOut.back();
+        mOut.clear();
+    }
+
+    static constexpr size_t kPiece = 1 << 16;
+
     std::string& mOut;
     unsigned mIndent;
+    Sink mSink;
+    size_t mFlushed = 0;
+    char mLastFlushed = '\n';
+    bool mFailed = false;
 };
 
 std::vector<VOdxCategory*> CategoriesOf(VOdx& odx)
@@ -427,6 +472,15 @@ std::string VOdxWriter::FileNameOf(VOdxCategory& category)
 std::vector<VWrittenDocument> VOdxWriter::WriteDocuments(VOdx& odx) const
 {
     std::vector<VWrittenDocument> documents;
+    for (const auto& named : NamedCategories(odx)) {
+        documents.push_back({named.first, WriteDocument(*named.second)});
+    }
+    return documents;
+}
+
+std::vector<std::pair<std::string, VOdxCategory*>> VOdxWriter::NamedCategories(VOdx& odx)
+{
+    std::vector<std::pair<std::string, VOdxCategory*>> named;
     std::set<std::string> names;
     for (VOdxCategory* category : CategoriesOf(odx)) {
         std::string name = FileNameOf(*category);
@@ -438,15 +492,15 @@ std::vector<VWrittenDocument> VOdxWriter::WriteDocuments(VOdx& odx) const
             for (unsigned n = 2; !names.insert(name = stem + "-" + std::to_string(n) + ending).second; ++n) {
             }
         }
-        documents.push_back({name, WriteDocument(*category)});
+        named.emplace_back(name, category);
     }
-    return documents;
+    return named;
 }
 
 bool VOdxWriter::WriteDirectory(VOdx& odx, const std::string& directory, std::string& error) const
 {
-    for (const VWrittenDocument& document : WriteDocuments(odx)) {
-        if (!WriteWholeFile(directory + "/" + document.mName, document.mText.data(), document.mText.size(), error)) {
+    for (const auto& named : NamedCategories(odx)) {
+        if (!WriteCategoryFile(*named.second, directory + "/" + named.first, error)) {
             return false;
         }
     }
@@ -455,8 +509,23 @@ bool VOdxWriter::WriteDirectory(VOdx& odx, const std::string& directory, std::st
 
 bool VOdxWriter::WriteCategoryFile(VOdxCategory& category, const std::string& path, std::string& error) const
 {
-    const std::string text = WriteDocument(category);
-    return WriteWholeFile(path, text.data(), text.size(), error);
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr) {
+        error = path + ": cannot write the file: " + std::strerror(errno);
+        return false;
+    }
+    std::string buffer;
+    DocumentWriter writer(buffer, mOptions.mIndent, [file](const std::string& piece) {
+        return std::fwrite(piece.data(), 1, piece.size(), file) == piece.size();
+    });
+    writer.Root(category);
+    const bool written = writer.Finish();
+    const bool closed = std::fclose(file) == 0;
+    if (!written || !closed) {
+        error = path + ": cannot write the file: " + std::strerror(errno);
+        return false;
+    }
+    return true;
 }
 
 std::vector<unsigned char> VOdxWriter::WritePdxToMemory(VOdx& odx, const VPdxCatalog* catalog,

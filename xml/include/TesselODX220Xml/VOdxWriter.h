@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "TesselODX220Xml/TesselODX220XmlExport.h"
@@ -51,6 +52,9 @@ public:
                                                 std::string& error) const;
 
 private:
+    // The top-level documents with the names they are written under; two never share one.
+    static std::vector<std::pair<std::string, NODX220::VOdxCategory*>> NamedCategories(NODX220::VOdx& odx);
+
     VWriteOptions mOptions;
 };
 
