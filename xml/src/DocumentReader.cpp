@@ -266,13 +266,14 @@ void DocumentReader::_StartRoot(const char* name, const XmlAttribute* attributes
     frame.table = &RootTable();
     frame.line = mTokenizer.StartLine();
     frame.column = mTokenizer.StartColumn();
-    frame.path = "ODX[1]";
+    frame.name = "ODX";
+    frame.position = 1;
     for (size_t i = 0; i < count; ++i) {
         if (std::strcmp(attributes[i].name, "xsi:noNamespaceSchemaLocation") == 0) {
             mState.root.SetSchemaLocation(attributes[i].value);
         }
     }
-    _ApplyAttributes(mState.root, *frame.table, attributes, count, name, frame.path);
+    _ApplyAttributes(mState.root, *frame.table, attributes, count, name, frame);
     mFrames.push_back(std::move(frame));
 }
 
@@ -283,7 +284,7 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
     frame.rule = rule;
     frame.line = mTokenizer.StartLine();
     frame.column = mTokenizer.StartColumn();
-    frame.path = _ChildPath(name);
+    _Place(frame, name);
     // Inside a wrapper the items belong to the wrapper's owner and go to its collection.
     VOdxElement& owner = *parent.element;
     VOdxElement* receiver = parent.kind == FrameKind::Wrapper ? parent.owner : parent.element;
@@ -293,8 +294,8 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
         frame.kind = FrameKind::TextChild;
         frame.element = &owner;
         if (count > 0) {
-            _Report(eSeverityWarning, std::string("attributes of ") + name + " are not read", frame.path, frame.line,
-                    frame.column);
+            _Report(eSeverityWarning, std::string("attributes of ") + name + " are not read",
+                    _Path(mFrames.size(), &frame), frame.line, frame.column);
             ++mState.unhandled;
         }
         mFrames.push_back(std::move(frame));
@@ -348,13 +349,13 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
         }
         }
         rule->setLink(child, *link);
-        _ApplyAttributes(*linkElement, *rule->table, attributes, count, name, frame.path);
+        _ApplyAttributes(*linkElement, *rule->table, attributes, count, name, frame);
         // The reference element itself takes no children: a table without any.
         static const ClassTable kNoChildren = {"reference", nullptr, 0, nullptr, 0, Content::None, TAG_UNSET,
                                                false, nullptr, 0, nullptr};
         frame.table = &kNoChildren;
     } else {
-        _ApplyAttributes(child, *rule->table, attributes, count, name, frame.path);
+        _ApplyAttributes(child, *rule->table, attributes, count, name, frame);
     }
     if (parent.kind == FrameKind::Root) {
         if (auto* category = dynamic_cast<VOdxCategory*>(&child)) {
@@ -380,7 +381,7 @@ void DocumentReader::_StartMarkup(const char* name, const XmlAttribute* attribut
     }
     Frame frame;
     frame.kind = FrameKind::Markup;
-    frame.path = _ChildPath(name);
+    _Place(frame, name);
     frame.node = &node;
     frame.element = top.element;
     frame.line = mTokenizer.StartLine();
@@ -418,7 +419,7 @@ void DocumentReader::EndElement(const char*)
         break;
     case FrameKind::Root:
         if (!IsBlank(frame.text)) {
-            _Report(eSeverityWarning, "text of ODX is not read", frame.path, frame.line, frame.column);
+            _Report(eSeverityWarning, "text of ODX is not read", _Path(mFrames.size()), frame.line, frame.column);
             ++mState.unhandled;
         }
         break;
@@ -437,7 +438,7 @@ void DocumentReader::_EndTextFrame(Frame& frame)
     long long number = 0;
     if (!Convert(rule.value, nullptr, frame.text, number)) {
         _Report(eSeverityError, std::string(rule.name) + " is not " + KindName(rule.value) + ": '" + frame.text + "'",
-                frame.path, frame.line, frame.column);
+                _Path(mFrames.size()), frame.line, frame.column);
         return;
     }
     bool taken = false;
@@ -463,7 +464,7 @@ void DocumentReader::_EndTextFrame(Frame& frame)
         break;
     }
     if (!taken) {
-        _Report(eSeverityWarning, std::string(rule.name) + " was not taken", frame.path, frame.line, frame.column);
+        _Report(eSeverityWarning, std::string(rule.name) + " was not taken", _Path(mFrames.size()), frame.line, frame.column);
         ++mState.unhandled;
     }
 }
@@ -475,7 +476,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
         std::vector<unsigned char> bytes;
         if (!ParseHex(frame.text, bytes)) {
             _Report(eSeverityError, std::string(frame.rule->name) + " is no hexadecimal text: '" + frame.text + "'",
-                    frame.path, frame.line, frame.column);
+                    _Path(mFrames.size()), frame.line, frame.column);
             return;
         }
         frame.element = new NODX220::VByteStream(bytes.data(), static_cast<unsigned>(bytes.size()), *frame.owner,
@@ -492,7 +493,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
         // short of its time is wrong.
         if (!static_cast<VDateTime&>(element).ParseUtcString(frame.text.c_str(), "T") &&
             !HasDateAndTime(frame.text)) {
-            _Report(eSeverityError, "DATE is no date and time: '" + frame.text + "'", frame.path, frame.line,
+            _Report(eSeverityError, "DATE is no date and time: '" + frame.text + "'", _Path(mFrames.size()), frame.line,
                     frame.column);
         }
         break;
@@ -503,7 +504,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
     case Content::Bytes:
     case Content::Reference:
         if (!IsBlank(frame.text)) {
-            _Report(eSeverityWarning, std::string("text of ") + frame.rule->name + " is not read", frame.path,
+            _Report(eSeverityWarning, std::string("text of ") + frame.rule->name + " is not read", _Path(mFrames.size()),
                     frame.line, frame.column);
             ++mState.unhandled;
         }
@@ -517,7 +518,7 @@ void DocumentReader::_Deliver(Frame& frame, VOdxElement& child)
     const ChildRule& rule = *frame.rule;
     VOdxElement& target = rule.into != nullptr ? rule.into(*frame.owner) : *frame.owner;
     if (rule.present != nullptr && rule.present(*frame.owner)) {
-        _Report(eSeverityWarning, std::string("this ") + rule.name + " replaces an earlier one", frame.path,
+        _Report(eSeverityWarning, std::string("this ") + rule.name + " replaces an earlier one", _Path(mFrames.size()),
                 frame.line, frame.column);
         ++mState.unhandled;
     }
@@ -528,7 +529,7 @@ void DocumentReader::_Deliver(Frame& frame, VOdxElement& child)
         taken = false;
     }
     if (!taken) {
-        _Report(eSeverityWarning, std::string(rule.name) + " could not be placed", frame.path, frame.line,
+        _Report(eSeverityWarning, std::string(rule.name) + " could not be placed", _Path(mFrames.size()), frame.line,
                 frame.column);
         ++mState.unhandled;
         _Park(child);
@@ -541,7 +542,7 @@ void DocumentReader::_Deliver(Frame& frame, VOdxElement& child)
 
 void DocumentReader::_ApplyAttributes(VOdxElement& element, const ClassTable& table,
                                       const XmlAttribute* attributes, size_t count, const char* elementName,
-                                      const std::string& path)
+                                      const Frame& frame)
 {
     for (size_t i = 0; i < count; ++i) {
         const char* name = attributes[i].name;
@@ -560,7 +561,7 @@ void DocumentReader::_ApplyAttributes(VOdxElement& element, const ClassTable& ta
         mTokenizer.AttributePosition(name, line, column);
         if (rule == nullptr) {
             _Report(eSeverityWarning, std::string("attribute ") + name + " of " + elementName + " is not read",
-                    path, line, column);
+                    _Path(mFrames.size(), &frame), line, column);
             ++mState.unhandled;
             continue;
         }
@@ -570,8 +571,8 @@ void DocumentReader::_ApplyAttributes(VOdxElement& element, const ClassTable& ta
             const std::string what = rule->kind == ValueKind::Enum
                                          ? std::string("an unknown literal of ") + rule->literals->name
                                          : std::string("not ") + KindName(rule->kind);
-            _Report(eSeverityError, std::string("attribute ") + name + "='" + value + "' is " + what, path, line,
-                    column);
+            _Report(eSeverityError, std::string("attribute ") + name + "='" + value + "' is " + what,
+                    _Path(mFrames.size(), &frame), line, column);
             continue;
         }
         rule->store(element, value.c_str(), number);
@@ -646,15 +647,44 @@ void DocumentReader::_AttachPending(VOdxElement& element)
     mPendingInstructions.clear();
 }
 
-std::string DocumentReader::_ChildPath(const char* name)
+void DocumentReader::_Place(Frame& child, const char* name)
 {
-    Frame& top = mFrames.back();
-    return top.path + "/" + name + "[" + std::to_string(++top.childCounts[name]) + "]";
+    child.name = name;
+    for (auto& count : mFrames.back().childCounts) {
+        if (count.first == name) {
+            child.position = ++count.second;
+            return;
+        }
+    }
+    mFrames.back().childCounts.emplace_back(name, 1);
+    child.position = 1;
+}
+
+std::string DocumentReader::_Path(size_t depth, const Frame* last) const
+{
+    std::string path;
+    auto step = [&path](const Frame& frame) {
+        if (!path.empty()) {
+            path += '/';
+        }
+        path += frame.name + "[" + std::to_string(frame.position) + "]";
+    };
+    for (size_t i = 0; i < depth && i < mFrames.size(); ++i) {
+        if (!mFrames[i].name.empty()) {
+            step(mFrames[i]);
+        }
+    }
+    if (last != nullptr) {
+        step(*last);
+    }
+    return path;
 }
 
 void DocumentReader::_Skip(const char* name)
 {
-    _Report(eSeverityWarning, std::string("element ") + name + " is not read", _ChildPath(name),
+    Frame skipped;
+    _Place(skipped, name);
+    _Report(eSeverityWarning, std::string("element ") + name + " is not read", _Path(mFrames.size(), &skipped),
             mTokenizer.StartLine(), mTokenizer.StartColumn());
     ++mState.unhandled;
     Frame frame;
@@ -686,7 +716,7 @@ void DocumentReader::_Fail(const std::string& message, unsigned line, unsigned c
     if (mFailed) {
         return;
     }
-    _Report(eSeverityError, message, mFrames.empty() ? std::string() : mFrames.back().path, line, column);
+    _Report(eSeverityError, message, _Path(mFrames.size()), line, column);
     mFailed = true;
     mTokenizer.Stop();
     _Discard();

@@ -59,9 +59,11 @@ private:
         const ChildRule* rule = nullptr;
         NODX220::VSimpleXmlElement* node = nullptr;
         std::string text;
-        // Where the element stands in the file, by positions: ODX[1]/FLASH[1]/SDGS[1]/SDG[2].
-        std::string path;
-        std::unordered_map<std::string, unsigned> childCounts;
+        // Where the element stands in the file: its name and its position among its like.
+        std::string name;
+        unsigned position = 0;
+        // How many children of each name it had so far.
+        std::vector<std::pair<std::string, unsigned>> childCounts;
         unsigned line = 0;
         unsigned column = 0;
         unsigned depth = 0;
@@ -78,8 +80,11 @@ private:
     void _Deliver(Frame& frame, NODX220::VOdxElement& child);
     void _ApplyAttributes(NODX220::VOdxElement& element, const ClassTable& table,
                           const XmlAttribute* attributes, size_t count, const char* elementName,
-                          const std::string& path);
-    std::string _ChildPath(const char* name);
+                          const Frame& frame);
+    // Names a new child of the innermost element and counts it.
+    void _Place(Frame& child, const char* name);
+    // ODX[1]/FLASH[1]/SDGS[1]/SDG[2]: the frames up to `depth`, then an optional last step.
+    std::string _Path(size_t depth, const Frame* last = nullptr) const;
     void _AttachPending(NODX220::VOdxElement& element);
     void _FlushMarkupText();
     void _Skip(const char* name);
