@@ -12,6 +12,8 @@
 #include <typeinfo>
 #include <vector>
 
+#include <filesystem>
+
 #include <cxxabi.h>
 
 #include "TesselODX220Model.h"
@@ -204,6 +206,13 @@ int Write(VOdx& root, const VLoadResult& result, const std::string& output)
         }
         ok = writer.WriteCategoryFile(*categories.front(), output, error);
     } else {
+        std::error_code made;
+        std::filesystem::create_directories(output, made);
+        if (made) {
+            std::fprintf(stderr, "tessel-odx: cannot make the directory %s: %s\n", output.c_str(),
+                         made.message().c_str());
+            return 2;
+        }
         ok = writer.WriteDirectory(root, output, error);
     }
     if (!ok) {

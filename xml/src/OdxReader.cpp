@@ -134,6 +134,9 @@ bool LooksLikeOdx(const unsigned char* data, size_t size)
     return false;
 }
 
+// The largest archive entry kept as bytes (job code and the like).
+const size_t kMaxKeptEntry = size_t(512) << 20;
+
 bool IsZip(const void* data, size_t size)
 {
     return size >= 4 && std::memcmp(data, "PK\x03\x04", 4) == 0;
@@ -347,11 +350,19 @@ struct ReaderAccess {
             bool odx = inCatalog && IsOdxName(entry);
             std::vector<unsigned char> bytes;
             if (!odx) {
+                bool tooLarge = false;
                 if (!archive->Read(entry, [&](const char* data, size_t size) {
+                        // Kept entries live in memory: one that unpacks beyond reason is refused.
+                        if (bytes.size() + size > kMaxKeptEntry) {
+                            tooLarge = true;
+                            return false;
+                        }
                         bytes.insert(bytes.end(), data, data + size);
                         return true;
-                    }, error)) {
-                    Error(where, error);
+                    }, error) || tooLarge) {
+                    Error(where, tooLarge ? "the entry unpacks to more than " + std::to_string(kMaxKeptEntry >> 20) +
+                                                " MiB, which is more than is kept in memory"
+                                          : error);
                     ok = false;
                     continue;
                 }
