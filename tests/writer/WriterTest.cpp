@@ -11,6 +11,7 @@
 #include "TesselODX220Xml/VOdxCompare.h"
 #include "TesselODX220Xml/VOdxDocuments.h"
 #include "TesselODX220Xml/VOdxReader.h"
+#include "TesselODX220Xml/VOdxTagNames.h"
 #include "TesselODX220Xml/VOdxWriter.h"
 
 namespace NODX220Xml {
@@ -325,6 +326,19 @@ TEST(WriterTest, FilesAreStreamedAndEqualTheTextInMemory)
     EXPECT_EQ(VOdxCompare::FirstDifference(inMemory, onDisk), "");
     EXPECT_FALSE(VOdxWriter().WriteCategoryFile(flash, ::testing::TempDir() + "no/such/dir/x.odx-f", error));
     EXPECT_NE(error.find("cannot write"), std::string::npos);
+}
+
+// Every tag's name leads back to the tag; other names lead nowhere.
+TEST(TagNamesTest, NamesAndTagsCorrespond)
+{
+    for (int value = 0; value < TAG_UNSET; ++value) {
+        const auto tag = static_cast<VOdxTagEnum>(value);
+        ASSERT_EQ(VOdxTagNames::FromName(VOdxTagEnumMapper::EnumToChar(tag)), tag) << value;
+    }
+    EXPECT_EQ(VOdxTagNames::FromName("FLASH-CLASSS"), TAG_FLASH_CLASSS);
+    EXPECT_EQ(VOdxTagNames::FromName("flash"), TAG_UNSET);
+    EXPECT_EQ(VOdxTagNames::FromName(""), TAG_UNSET);
+    EXPECT_EQ(VOdxTagNames::FromName(nullptr), TAG_UNSET);
 }
 
 } // namespace

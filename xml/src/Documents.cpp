@@ -1,4 +1,5 @@
 #include "TesselODX220Xml/VOdxDocuments.h"
+#include "TesselODX220Xml/VOdxTagNames.h"
 
 #include <cmath>
 #include <cstdio>
@@ -138,6 +139,15 @@ void VOdxWalk::Tree(VOdxElement& element, const std::function<void(VOdxElement&)
 {
     visit(element);
     Children(element, [&visit](VOdxElement& child) { Tree(child, visit); });
+}
+
+} // namespace NODX220Xml
+
+namespace NODX220Xml {
+
+NODX220::VOdxTagEnum VOdxTagNames::FromName(const char* name)
+{
+    return name != nullptr ? Internal::TagOfName(name) : NODX220::TAG_UNSET;
 }
 
 } // namespace NODX220Xml

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "TesselODX220Model.h"
+#include "TesselODX220Xml/TesselODX220XmlExport.h"
+
+namespace NODX220Xml {
+
+// From XML names to the tags of the model (the model itself maps only the other way, with
+// VOdxTagEnumMapper::EnumToChar).
+class TESSEL_XML_API VOdxTagNames {
+public:
+    // The tag of an XML name, spelled exactly; TAG_UNSET for a name that is no tag.
+    static NODX220::VOdxTagEnum FromName(const char* name);
+};
+
+} // namespace NODX220Xml
