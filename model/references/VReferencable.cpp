@@ -18,14 +18,17 @@ VReferencable::VReferencable(const VReferencable& other) : mpOdxElement(other.mp
 
 VReferencable::~VReferencable()
 {
-    if (mpOdxElement == nullptr || _RootInDestruction()) {
-        return;
+    // While the whole document ends, the map and the links go in one sweep without this.
+    if (mpOdxElement != nullptr && !_RootInDestruction()) {
+        mpOdxElement->GetRootElement().GetIdRefMap().Remove(mId, *this);
+        // The links forget their target but keep their text, so that they can resolve again.
+        if (mpLinks != nullptr) {
+            for (VOdxlink* link : *mpLinks) {
+                link->ReferencableDestroyed();
+            }
+        }
     }
-    mpOdxElement->GetRootElement().GetIdRefMap().Remove(mId, *this);
-    // The links forget their target but keep their text, so that they can resolve again.
-    for (VOdxlink* link : mLinks) {
-        link->ReferencableDestroyed();
-    }
+    delete mpLinks;
 }
 
 bool VReferencable::_RootInDestruction() const
@@ -35,11 +38,14 @@ bool VReferencable::_RootInDestruction() const
 
 void VReferencable::_ReleaseLinksOutside(const VOdx& root)
 {
-    for (auto it = mLinks.begin(); it != mLinks.end();) {
+    if (mpLinks == nullptr) {
+        return;
+    }
+    for (auto it = mpLinks->begin(); it != mpLinks->end();) {
         VOdxlink* link = *it;
         if (&link->GetRootElement() != &root) {
             link->ReferencableDestroyed();
-            it = mLinks.erase(it);
+            it = mpLinks->erase(it);
         } else {
             ++it;
         }
@@ -78,17 +84,25 @@ VYAString VReferencable::GetCategoryShortName() const
 
 void VReferencable::Register(VOdxlink& link)
 {
-    mLinks.insert(&link);
+    if (mpLinks == nullptr) {
+        mpLinks = new std::set<VOdxlink*>();
+    }
+    mpLinks->insert(&link);
 }
 
 void VReferencable::DeRegister(VOdxlink& link)
 {
-    mLinks.erase(&link);
+    if (mpLinks != nullptr) {
+        mpLinks->erase(&link);
+    }
 }
 
 void VReferencable::Notify()
 {
-    for (VOdxlink* link : mLinks) {
+    if (mpLinks == nullptr) {
+        return;
+    }
+    for (VOdxlink* link : *mpLinks) {
         link->ReferencableHasChanged();
     }
 }

@@ -38,7 +38,7 @@ public:
     VYAString GetLayerShortName() const;
     VYAString GetCategoryShortName() const;
 
-    bool IsReferencedById() const { return !mLinks.empty(); }
+    bool IsReferencedById() const { return mpLinks != nullptr && !mpLinks->empty(); }
     virtual void Register(VOdxlink& link);
     virtual void DeRegister(VOdxlink& link);
     // Tells every resolved link that this target changed, in pointer order.
@@ -59,7 +59,8 @@ private:
     VDiagLayer* mpLayer = nullptr;
     VOdxCategory* mpCategory = nullptr;
     VOdxElement* mpOdxElement = nullptr;
-    std::set<VOdxlink*> mLinks;
+    // The links resolved to this element; made when the first one registers.
+    std::set<VOdxlink*>* mpLinks = nullptr;
 };
 
 } // namespace NODX220

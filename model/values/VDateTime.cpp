@@ -94,7 +94,18 @@ VDateTime::VDateTime(VDateTime& source, VOdxElement& parent) : VOdxElement(sourc
     _CopyValue(source);
 }
 
-VDateTime::~VDateTime() = default;
+VDateTime::~VDateTime()
+{
+    delete mpTexts;
+}
+
+VDateTime::Texts& VDateTime::_Texts()
+{
+    if (mpTexts == nullptr) {
+        mpTexts = new Texts();
+    }
+    return *mpTexts;
+}
 
 VDateTime& VDateTime::Clone(VOdxElement& parent)
 {
@@ -238,8 +249,8 @@ const char* VDateTime::AsStringDateUtc()
     std::ostringstream stream;
     stream << std::setfill('0') << std::setw(4) << mYear << '-' << std::setw(2) << mMonth << '-'
            << std::setw(2) << mDay;
-    mDateText = stream.str().c_str();
-    return mDateText.GetBuffer();
+    _Texts().date = stream.str().c_str();
+    return mpTexts->date.GetBuffer();
 }
 
 const char* VDateTime::AsStringTimeUtc()
@@ -252,8 +263,8 @@ const char* VDateTime::AsStringTimeUtc()
     }
     stream << (mSign ? '+' : '-') << std::setw(2) << mSpanHour << ':' << std::setw(2)
            << mSpanMinute;
-    mTimeText = stream.str().c_str();
-    return mTimeText.GetBuffer();
+    _Texts().time = stream.str().c_str();
+    return mpTexts->time.GetBuffer();
 }
 
 const char* VDateTime::AsStringDateTimeUtc(const char* separator)
@@ -261,8 +272,8 @@ const char* VDateTime::AsStringDateTimeUtc(const char* separator)
     VYAString text(AsStringDateUtc());
     text.Append(separator);
     text.Append(AsStringTimeUtc());
-    mDateTimeText = text;
-    return mDateTimeText.GetBuffer();
+    _Texts().dateTime = text;
+    return mpTexts->dateTime.GetBuffer();
 }
 
 bool VDateTime::HandleTag(VOdxTagEnum, VOdxElement&)

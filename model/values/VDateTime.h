@@ -92,10 +92,15 @@ private:
     uint16_t mSpanHour = 0;
     uint16_t mSpanMinute = 0;
     uint16_t mSpanSecond = 0;
-    VYAString mDateText;
-    VYAString mTimeText;
-    VYAString mDateTimeText;
     bool mSign = true;
+    // The texts last handed out, made when first asked for.
+    struct Texts {
+        VYAString date;
+        VYAString time;
+        VYAString dateTime;
+    };
+    Texts& _Texts();
+    Texts* mpTexts = nullptr;
 };
 
 } // namespace NODX220

@@ -28,7 +28,23 @@ void VDescription::_AfterCopy(VDescription& source)
 void VDescription::_BeforeDestroy()
 {
     delete mpDescContent;
+    delete mpContentCache;
+    delete mpTaggedContentCache;
 }
+
+namespace {
+
+// Keeps a rendering in its cache, which is made on first use.
+const char* Keep(VYAString*& cache, const std::string& text)
+{
+    if (cache == nullptr) {
+        cache = new VYAString();
+    }
+    *cache = VYAString(text.data(), text.size());
+    return cache->GetBuffer();
+}
+
+} // namespace
 
 const char* VDescription::GetContent()
 {
@@ -38,9 +54,7 @@ const char* VDescription::GetContent()
             DescToString(mpDescContent->GetChildElementAt(i), &stream, false);
         }
     }
-    const std::string text = stream.str();
-    mContentCache = VYAString(text.data(), text.size());
-    return mContentCache.GetBuffer();
+    return Keep(mpContentCache, stream.str());
 }
 
 const char* VDescription::GetTaggedContent()
@@ -51,9 +65,7 @@ const char* VDescription::GetTaggedContent()
             DescToString(mpDescContent->GetChildElementAt(i), &stream, true);
         }
     }
-    const std::string text = stream.str();
-    mTaggedContentCache = VYAString(text.data(), text.size());
-    return mTaggedContentCache.GetBuffer();
+    return Keep(mpTaggedContentCache, stream.str());
 }
 
 void VDescription::SetContent(VSimpleXmlElement& root)
