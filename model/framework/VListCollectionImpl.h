@@ -4,6 +4,7 @@
 // sources only, which instantiate each collection's list once.
 
 #include <type_traits>
+#include <typeinfo>
 
 #include "framework/VListCollection.h"
 
@@ -64,13 +65,16 @@ void VListCollection<T>::_Remove(typename Container::iterator position)
 template <class T>
 uint32_t VListCollection<T>::_PositionOf(const VOdxElement& origin, bool& found) const
 {
-    // Items count by their XML name, so that only those of origin's kind are numbered.
+    // Items count by their XML name, so that only those of origin's kind are numbered. An item
+    // of origin's tag and class has its name without asking.
     const VYAString originTag = origin.GetXmlTag();
+    const std::type_info& originClass = typeid(origin);
     uint32_t position = 1;
     found = false;
     for (T* item : mItems) {
         const VOdxElement& element = _AsElement(*item);
-        if (element.GetXmlTag() == originTag) {
+        const bool sameKind = element.GetOdxTag() == origin.GetOdxTag() && typeid(element) == originClass;
+        if (sameKind || element.GetXmlTag() == originTag) {
             if (&element == &origin) {
                 found = true;
                 break;
