@@ -49,6 +49,13 @@ class DescriptionError(Exception):
     pass
 
 
+def check_keys(owner, kind, record, allowed):
+    """A record names only the keys its kind knows."""
+    unknown = set(record) - allowed
+    if unknown:
+        raise DescriptionError(f"{owner}: unknown {kind} keys {sorted(unknown)}")
+
+
 def tag_enumerator(text):
     """TAG_ followed by the tag text in upper case, '-' turned into '_'."""
     return "TAG_" + text.upper().replace("-", "_")
@@ -65,9 +72,7 @@ def lower_first(name):
 
 class Member:
     def __init__(self, owner, record):
-        unknown = set(record) - MEMBER_KEYS
-        if unknown:
-            raise DescriptionError(f"{owner.name}: unknown member keys {sorted(unknown)}")
+        check_keys(owner.name, "member", record, MEMBER_KEYS)
         self.owner = owner
         self.name = record["name"]
         self.type = record["type"]
@@ -105,9 +110,7 @@ class Member:
 
 class ElementClass:
     def __init__(self, subsystem, name, record):
-        unknown = set(record) - CLASS_KEYS
-        if unknown:
-            raise DescriptionError(f"{name}: unknown class keys {sorted(unknown)}")
+        check_keys(name, "class", record, CLASS_KEYS)
         self.subsystem = subsystem
         self.name = name
         self.bases = record.get("bases", ["VOdxElement"])
@@ -193,9 +196,7 @@ class LinkClass(ElementClass):
     ILink object (VOdxlink, VSnref or VSnpathref) and caching the target once known."""
 
     def __init__(self, subsystem, name, record):
-        unknown = set(record) - LINK_KEYS
-        if unknown:
-            raise DescriptionError(f"{name}: unknown link keys {sorted(unknown)}")
+        check_keys(name, "link", record, LINK_KEYS)
         implements = record.get("implements", [])
         bases = ["VOdxElement"] + [entry["interface"] for entry in implements]
         super().__init__(subsystem, name, {"bases": bases, "implements": implements,
@@ -222,9 +223,7 @@ class Choice:
     """A choice interface: a narrow typed view on a place that holds one of a few kinds."""
 
     def __init__(self, subsystem, name, record):
-        unknown = set(record) - CHOICE_KEYS
-        if unknown:
-            raise DescriptionError(f"{name}: unknown choice keys {sorted(unknown)}")
+        check_keys(name, "choice", record, CHOICE_KEYS)
         self.subsystem = subsystem
         self.name = name
         self.is_names = record.get("is", [])
@@ -238,9 +237,7 @@ class Choice:
 
 class Visitor:
     def __init__(self, subsystem, name, record):
-        unknown = set(record) - VISITOR_KEYS
-        if unknown:
-            raise DescriptionError(f"{name}: unknown visitor keys {sorted(unknown)}")
+        check_keys(name, "visitor", record, VISITOR_KEYS)
         if not name.endswith("Visitor"):
             raise DescriptionError(f"{name}: a visitor's name ends in Visitor")
         self.subsystem = subsystem
@@ -257,9 +254,7 @@ class Visitor:
 
 class Collection:
     def __init__(self, subsystem, name, record):
-        unknown = set(record) - COLLECTION_KEYS
-        if unknown:
-            raise DescriptionError(f"{name}: unknown collection keys {sorted(unknown)}")
+        check_keys(name, "collection", record, COLLECTION_KEYS)
         if not name.endswith("Collection"):
             raise DescriptionError(f"{name}: a collection's name ends in Collection")
         self.subsystem = subsystem
@@ -293,9 +288,7 @@ class Collection:
 
 class Enum:
     def __init__(self, subsystem, name, record):
-        unknown = set(record) - ENUM_KEYS
-        if unknown:
-            raise DescriptionError(f"{name}: unknown enum keys {sorted(unknown)}")
+        check_keys(name, "enum", record, ENUM_KEYS)
         self.subsystem = subsystem
         self.name = name
         self.literals = record.get("literals", [])

@@ -797,7 +797,6 @@ class CollectionEmitter:
 
     def header(self):
         c = self.coll
-        item_header = self.model.header_of(c.item)
         lines = [BANNER + "#pragma once", "",
                  '#include "framework/TesselODX220ModelExport.h"',
                  '#include "framework/VListCollection.h"', "",
@@ -822,7 +821,6 @@ class CollectionEmitter:
         if c.append == "leaves":
             lines.append("    bool _SetsPhysicalParent() const override;")
         lines += ["};", "", "} // namespace NODX220", ""]
-        del item_header
         return "\n".join(lines)
 
     def source_includes(self):
