@@ -708,26 +708,48 @@ class ChoiceEmitter:
         return f"// {c.name}\n\n{c.name}::~{c.name}() = default;\n"
 
 
+LINK_FORMS = (("Snpathref", "IsSnpathref"), ("Snref", "IsSnref"), ("Ref", "IsOdxlink"))
+
+
+def _forwarded_answer(alternative):
+    """The question a link object answers for an alternative named ...Ref, ...Snref, ..."""
+    for ending, question in LINK_FORMS:
+        if alternative.endswith(ending):
+            return f"mpLink != nullptr && mpLink->{question}()"
+    raise ValueError(f"{alternative}: no link form in the name")
+
+
 def choice_overrides(model, cls):
-    """Declarations and definitions a class writes for the choices it implements: its own
-    discriminators, and in a concrete class the clone operations of every choice it has."""
-    decls, defs = [], []
+    """Declarations and definitions a class (or collection) writes for the choices it
+    implements: its own discriminators, and where it is concrete the clone operations of every
+    choice it has. An operation that two interfaces share is written once."""
+    decls, defs, seen = [], [], set()
+    owners = [cls] + (cls.ancestors() if hasattr(cls, "ancestors") else [])
     for entry in cls.implements:
         choice = model.choices[entry["interface"]]
         own = entry["as"]
         for n in choice.is_names:
+            if f"Is{n}" in seen:
+                continue
+            seen.add(f"Is{n}")
+            if n in own and entry["forward"]:
+                answer = _forwarded_answer(n)
+            else:
+                answer = "true" if n in own else "false"
             decls.append(f"    bool Is{n}() const override;")
-            defs.append(f"bool {cls.name}::Is{n}() const\n{{\n    return {'true' if n == own else 'false'};\n}}\n")
+            defs.append(f"bool {cls.name}::Is{n}() const\n{{\n    return {answer};\n}}\n")
         for n, t in choice.get_as.items():
+            if f"GetAs{n}" in seen:
+                continue
+            seen.add(f"GetAs{n}")
             decls.append(f"    {t}* GetAs{n}() override;")
-            if n == own:
+            if n in own:
                 body = "    return this;"
             else:
                 body = f"    Internal::LogWrongType(kLogGroupId, {cpp_string(t)});\n    return nullptr;"
             defs.append(f"{t}* {cls.name}::GetAs{n}()\n{{\n{body}\n}}\n")
-    if not cls.abstract:
-        seen = set()
-        for owner in [cls] + cls.ancestors():
+    if not getattr(cls, "abstract", False):
+        for owner in owners:
             for entry in owner.implements:
                 choice = model.choices[entry["interface"]]
                 for op, result in clone_entries(choice):
