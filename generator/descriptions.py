@@ -31,7 +31,8 @@ HANDLER_VALUE = {
 
 CLASS_KEYS = {"bases", "abstract", "hand", "header", "clone_as", "hooks", "departures",
               "fields", "members", "tag", "implements", "xml_order", "protected", "includes",
-              "forwards", "content", "doc", "virtual", "xml_tag", "transparent", "hand_handlers"}
+              "forwards", "content", "doc", "virtual", "xml_tag", "transparent", "hand_handlers",
+              "text_ids"}
 MEMBER_KEYS = {"name", "type", "optional", "tags", "handler", "default", "assert", "xml", "lazy",
                "copy", "item", "doc", "target", "exclusive", "names", "make"}
 # How the text content of a class's element reaches it, where it is not a member of its own.
@@ -171,6 +172,8 @@ class ElementClass:
         self.xml_tag = record.get("xml_tag")
         # No XML element of its own: its members stand in the element that holds it.
         self.transparent = record.get("transparent", False)
+        # The element stands in its document's set of text carriers for its whole life.
+        self.text_ids = record.get("text_ids", False)
         # Handle operations declared by the generator and written by hand.
         self.hand_handlers = record.get("hand_handlers", [])
         if set(self.hand_handlers) - HANDLERS:

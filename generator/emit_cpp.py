@@ -78,15 +78,21 @@ const char* VOdxTagEnumMapper::EnumToChar(VOdxTagEnum value)
 # Enums
 
 
+def enum_body(enum, indent):
+    """The enumerators of an enum, one per line."""
+    return "\n".join(f"{indent}e{enum.short_name[1:]}{_enumerator(lit)} = {val},"
+                     for lit, val in zip(enum.literals, enum.values))
+
+
 def emit_enum(enum, files):
-    lines = [f"    e{enum.name[1:]}{_enumerator(lit)} = {val}," for lit, val in zip(enum.literals, enum.values)]
+    lines = [f"    e{enum.short_name[1:]}{_enumerator(lit)} = {val}," for lit, val in zip(enum.literals, enum.values)]
     doc = f"// {enum.doc}\n" if enum.doc else ""
     body = "\n".join(lines)
     files.add(enum.header, f"""{BANNER}#pragma once
 
 namespace NODX220 {{
 
-{doc}enum {enum.name} {{
+{doc}enum {enum.short_name} : int {{
 {body}
 }};
 
@@ -138,30 +144,33 @@ class ClassEmitter:
 
     def accessor_declarations(self):
         out = []
+        v = "virtual " if self.cls.virtual else ""
         for m in self.cls.members:
             if m.doc:
                 out.append(f"    // {m.doc}")
             p = m.param
+            setter = "bool" if m.exclusive else "void"
+            if m.exclusive:
+                out.append(f"    // Refused (false) while {m.exclusive} is present: the first of the two stays.")
             if m.kind == "scalar" and m.type == "text":
-                out.append(f"    virtual const char* Get{m.name}() const;")
-                out.append(f"    virtual void Set{m.name}(const char* {p});")
+                out.append(f"    {v}const char* Get{m.name}() const;")
+                out.append(f"    {v}{setter} Set{m.name}(const char* {p});")
             elif m.kind == "scalar" and m.type == "bool":
-                out.append(f"    virtual bool Is{m.name}() const;")
-                out.append(f"    virtual void Is{m.name}(bool {p});")
+                out.append(f"    {v}bool Is{m.name}() const;")
+                out.append(f"    {v}{setter} Is{m.name}(bool {p});")
             elif m.kind in ("scalar", "enum"):
                 t = _cpp_type(self.model, m)
-                out.append(f"    virtual {t} Get{m.name}() const;")
-                out.append(f"    virtual void Set{m.name}({t} {p});")
-            elif m.kind == "element":
-                out.append(f"    virtual {m.type}& Get{m.name}() const;")
-                out.append(f"    virtual void Set{m.name}({m.type}& {p});")
+                out.append(f"    {v}{t} Get{m.name}() const;")
+                out.append(f"    {v}{setter} Set{m.name}({t} {p});")
+            elif m.kind in ("element", "choice", "target"):
+                if m.kind == "target":
+                    out.append("    // The typed target, set by the caller; resolving the link leaves it alone.")
+                out.append(f"    {v}{m.type}& Get{m.name}() const;")
+                out.append(f"    {v}{setter} Set{m.name}({m.type}& {p});")
             elif m.kind == "collection":
-                out.append(f"    virtual {m.type}& {m.name}();")
-            elif m.kind == "choice":
-                out.append(f"    virtual {m.type}& Get{m.name}() const;")
-                out.append(f"    virtual void Set{m.name}({m.type}& {p});")
-            if m.optional or m.kind in ("element", "choice"):
-                out.append(f"    virtual bool Has{m.name}() const;")
+                out.append(f"    {v}{m.type}& {m.name}();")
+            if m.optional or m.kind in ("element", "choice", "target"):
+                out.append(f"    {v}bool Has{m.name}() const;")
         return out
 
     def handler_kinds(self):
@@ -174,7 +183,9 @@ class ClassEmitter:
     def fields(self):
         plain, flags = [], []
         for m in self.cls.members:
-            if m.lazy:
+            if m.kind == "target":
+                plain.append(f"    {m.type}* mp{m.name} = nullptr;")
+            elif m.lazy:
                 plain.append(f"    VYAString* {m.field} = nullptr;")
             elif m.kind == "scalar" and m.type == "bool":
                 flags.append(f"    bool {m.field} : 1;")
@@ -182,6 +193,9 @@ class ClassEmitter:
                 plain.append(f"    {_cpp_type(self.model, m)} {m.field};")
             if m.optional and m.kind in ("scalar", "enum") and not m.lazy:
                 flags.append(f"    bool {m.has_flag} : 1;")
+            if m.exclusive and m.kind == "element":
+                flags.append(f"    // Whether {m.name} was ever set; it keeps {m.exclusive} out.")
+                flags.append(f"    bool mSet{m.name} : 1;")
         return plain + [f"    {f}" for f in self.cls.fields] + flags
 
     def includes_for_header(self):
@@ -199,7 +213,7 @@ class ClassEmitter:
     def forward_declarations(self):
         names = set()
         for m in self.cls.members:
-            if m.kind in ("element", "choice"):
+            if m.kind in ("element", "choice", "target"):
                 names.add(m.type)
         names |= {v.name for v in self.cls.accepts + self.cls.visited_by}
         names |= set(self.cls.forwards)
@@ -223,6 +237,10 @@ class ClassEmitter:
         return [f"void {cls.name}::Accept({v.name}& visitor)\n{{\n    visitor.Visit{cls.stem}(*this);\n}}\n"
                 for v in cls.visited_by]
 
+    def nested_enums(self):
+        return [e for e in sorted(self.model.enums.values(), key=lambda e: e.name)
+                if e.owner == self.cls.name]
+
     def header(self):
         cls = self.cls
         bases = ", ".join(f"public {b}" for b in cls.bases)
@@ -237,6 +255,10 @@ class ClassEmitter:
             lines.append(f"// {cls.doc}")
         lines.append(f"class TESSEL_ODX_API {cls.name} : {bases} {{")
         lines.append("public:")
+        for enum in self.nested_enums():
+            if enum.doc:
+                lines.append(f"    // {enum.doc}")
+            lines += [f"    enum {enum.short_name} : int {{", enum_body(enum, "        "), "    };", ""]
         if cls.abstract:
             lines.append(f"    explicit {cls.name}(VOdxElement& parent);")
         else:
@@ -257,6 +279,9 @@ class ClassEmitter:
         if accessors:
             lines.append("")
             lines += accessors
+        if cls.xml_tag:
+            lines += ["", f"    // Answers {cls.xml_tag} whatever the tag it was made with.",
+                      "    VYAString GetXmlTag() const override;"]
         accepts = self.accept_declarations()
         if accepts:
             lines.append("")
@@ -304,6 +329,9 @@ class ClassEmitter:
                 inits.append(f"{m.field}()")
             elif m.kind == "choice" or m.lazy:
                 inits.append(f"{m.field}(nullptr)")
+            elif m.kind == "target" and copy:
+                # The target is taken as it stands, without a lock of its own.
+                inits.append(f"mp{m.name}(source.mp{m.name})")
             elif m.kind in ("scalar", "enum"):
                 target = flag_inits if m.type == "bool" else inits
                 if copy:
@@ -316,6 +344,9 @@ class ClassEmitter:
                         target.append(f"{m.field}({default if default is not None else _zero(m)})")
             if m.optional and m.kind in ("scalar", "enum") and not m.lazy:
                 flag_inits.append(f"{m.has_flag}(source.{m.has_flag})" if copy else f"{m.has_flag}(false)")
+            if m.exclusive and m.kind == "element":
+                flag_inits.append(f"mSet{m.name}(source.{m.field}.Pointee() != nullptr)" if copy
+                                  else f"mSet{m.name}(false)")
         return inits + flag_inits
 
     def constructor(self, copy):
@@ -354,6 +385,8 @@ class ClassEmitter:
         elif not cls.abstract:
             body.append("    SetOdxTag(tag);")
             body.append("    SetRootElement(parent.GetRootElement());")
+        if cls.text_ids:
+            body.append("    GetRootElement().TextIdElements().Append(*this);")
         if "construct" in cls.hooks:
             body.append("    _AfterConstruct();")
         if copy and "copy" in cls.hooks:
@@ -364,6 +397,10 @@ class ClassEmitter:
     def destructor(self):
         cls = self.cls
         body = []
+        if cls.text_ids:
+            body += ["    // While the whole document ends, the set goes in one sweep.",
+                     "    if (!GetRootElement().IsInDestruction()) {",
+                     "        GetRootElement().TextIdElements().Remove(*this);", "    }"]
         if "destroy" in cls.hooks:
             body.append("    _BeforeDestroy();")
         for m in reversed(cls.members):
@@ -395,7 +432,31 @@ class ClassEmitter:
         for m in cls.members:
             p, f, n = m.param, m.field, cls.name
             flag = f"\n    {m.has_flag} = true;" if m.optional and m.kind in ("scalar", "enum") else ""
-            if m.lazy:
+            if m.exclusive:
+                out += self.exclusive_setter(m)
+                if m.kind == "element":
+                    out.append(self.element_getter(m))
+                elif m.type == "text":
+                    out.append(f"const char* {n}::Get{m.name}() const\n{{\n    return {f}.GetBuffer();\n}}\n")
+                elif m.type == "bool":
+                    out.append(f"bool {n}::Is{m.name}() const\n{{\n    return {f};\n}}\n")
+                else:
+                    t = _cpp_type(self.model, m)
+                    out.append(f"{t} {n}::Get{m.name}() const\n{{\n    return {f};\n}}\n")
+            elif m.kind == "target":
+                text = m.assert_text or f"mp{m.name}!= NULL"
+                out.append(f"{m.type}& {n}::Get{m.name}() const\n{{\n"
+                           f"    if (mp{m.name} == nullptr) {{\n"
+                           f"        Internal::FailAssertion(kLogGroupId, {cpp_string(text)});\n    }}\n"
+                           f"    return *mp{m.name};\n}}\n")
+                out.append(f"void {n}::Set{m.name}({m.type}& {p})\n{{\n"
+                           f"    SetReferencable({p});\n"
+                           f"    // The lock moves from the old target to the new one; copies and the\n"
+                           f"    // destructor leave the count alone.\n"
+                           f"    if (mp{m.name} != nullptr) {{\n        mp{m.name}->RemovePadLock();\n    }}\n"
+                           f"    {p}.AddPadLock();\n"
+                           f"    mp{m.name} = &{p};\n}}\n")
+            elif m.lazy:
                 out.append(f"const char* {n}::Get{m.name}() const\n{{\n"
                            f"    return {f} != nullptr ? {f}->GetBuffer() : \"\";\n}}\n")
                 out.append(f"void {n}::Set{m.name}(const char* {p})\n{{\n"
@@ -413,11 +474,7 @@ class ClassEmitter:
                 out.append(f"{t} {n}::Get{m.name}() const\n{{\n    return {f};\n}}\n")
                 out.append(f"void {n}::Set{m.name}({t} {p})\n{{\n    {f} = {p};{flag}\n}}\n")
             elif m.kind == "element":
-                text = m.assert_text or f"{f}.Pointee() != NULL"
-                out.append(f"{m.type}& {n}::Get{m.name}() const\n{{\n"
-                           f"    if ({f}.Pointee() == nullptr) {{\n"
-                           f"        Internal::FailAssertion(kLogGroupId, {cpp_string(text)});\n    }}\n"
-                           f"    return *{f}.Pointee();\n}}\n")
+                out.append(self.element_getter(m))
                 out.append(f"void {n}::Set{m.name}({m.type}& {p})\n{{\n"
                            f"    // The new child is locked before the old one is released, so that\n"
                            f"    // setting the present child again keeps it alive.\n"
@@ -437,11 +494,13 @@ class ClassEmitter:
                            f"        dynamic_cast<VOdxElement&>(*{f}).RemovePadLock();\n    }}\n"
                            f"    dynamic_cast<VOdxElement&>({p}).AddPadLock();\n"
                            f"    {f} = &{p};\n}}\n")
-            if m.optional or m.kind in ("element", "choice"):
+            if m.optional or m.kind in ("element", "choice", "target"):
                 if m.kind == "element":
                     test = f"{f}.Pointee() != nullptr"
                 elif m.kind == "choice":
                     test = f"{f} != nullptr"
+                elif m.kind == "target":
+                    test = f"mp{m.name} != nullptr"
                 elif m.kind == "collection":
                     test = f"!{f}.IsEmpty()"
                 elif m.lazy:
@@ -451,10 +510,41 @@ class ClassEmitter:
                 out.append(f"bool {n}::Has{m.name}() const\n{{\n    return {test};\n}}\n")
         return out
 
+    def element_getter(self, m):
+        f = m.field
+        text = m.assert_text or f"{f}.Pointee() != NULL"
+        return (f"{m.type}& {self.cls.name}::Get{m.name}() const\n{{\n"
+                f"    if ({f}.Pointee() == nullptr) {{\n"
+                f"        Internal::FailAssertion(kLogGroupId, {cpp_string(text)});\n    }}\n"
+                f"    return *{f}.Pointee();\n}}\n")
+
+    def exclusive_setter(self, m):
+        """The setter of one member of a first-come-first-served pair: it refuses while the
+        other member is present."""
+        cls = self.cls
+        other = next(o for o in cls.members if o.name == m.exclusive)
+        blocked = f"mSet{other.name}" if other.kind == "element" else other.has_flag
+        p, f, n = m.param, m.field, cls.name
+        if m.kind == "element":
+            head = f"bool {n}::Set{m.name}({m.type}& {p})"
+            store = (f"    VSmarty<{m.type}> handle(&{p});\n    {f} = handle;\n    mSet{m.name} = true;\n")
+        elif m.type == "bool":
+            head = f"bool {n}::Is{m.name}(bool {p})"
+            store = f"    {f} = {p};\n    {m.has_flag} = true;\n"
+        elif m.type == "text":
+            head = f"bool {n}::Set{m.name}(const char* {p})"
+            store = f"    {f} = {p};\n    {m.has_flag} = true;\n"
+        else:
+            head = f"bool {n}::Set{m.name}({_cpp_type(self.model, m)} {p})"
+            store = f"    {f} = {p};\n    {m.has_flag} = true;\n"
+        return [f"{head}\n{{\n    if ({blocked}) {{\n        return false;\n    }}\n{store}    return true;\n}}\n"]
+
     def handler_definitions(self):
         cls = self.cls
         out = []
         for h in self.handler_kinds():
+            if h in cls.hand_handlers:
+                continue
             members = [m for m in cls.members if m.handler == h]
             base = cls.element_base
             delegates = base is not None and (base.defines_handler(h) or base.inherits_handler(h))
@@ -503,10 +593,12 @@ class ClassEmitter:
 
     def source_includes(self):
         includes = {self.cls.header, SOURCE_LINK}
+        if self.cls.text_ids:
+            includes |= {"framework/VOdx.h", "values/VTextIdElementSet.h"}
         includes |= {v.header for v in self.cls.visited_by}
         includes |= choice_includes(self.model, self.cls)
         for m in self.cls.members:
-            if m.kind in ("element", "collection", "choice"):
+            if m.kind in ("element", "collection", "choice", "target"):
                 header = self.model.header_of(m.type)
                 if header:
                     includes.add(header)
@@ -519,6 +611,9 @@ class ClassEmitter:
     def definitions(self):
         parts = [self.constructor(copy=False), self.constructor(copy=True), self.destructor()]
         parts += self.clone_definitions()
+        if self.cls.xml_tag:
+            parts.append(f"VYAString {self.cls.name}::GetXmlTag() const\n{{\n"
+                         f"    return VYAString({cpp_string(self.cls.xml_tag)});\n}}\n")
         parts += self.accessor_definitions()
         parts += self.accept_definitions()
         parts += choice_overrides(self.model, self.cls)[1]
@@ -764,7 +859,7 @@ def choice_overrides(model, cls):
 
 def choice_includes(model, cls):
     includes = set()
-    for owner in [cls] + cls.ancestors():
+    for owner in [cls] + (cls.ancestors() if hasattr(cls, "ancestors") else []):
         for entry in owner.implements:
             choice = model.choices[entry["interface"]]
             includes |= {model.header_of(t) for t in choice.get_as.values() if model.header_of(t)}
@@ -817,22 +912,38 @@ class CollectionEmitter:
         self.model = model
         self.coll = coll
 
+    def derived(self):
+        """Whether another collection derives from this one (its Clone is then virtual)."""
+        return any(c.base == self.coll.name for c in self.model.collections.values())
+
     def header(self):
         c = self.coll
-        lines = [BANNER + "#pragma once", "",
-                 '#include "framework/TesselODX220ModelExport.h"',
-                 '#include "framework/VListCollection.h"', "",
-                 "namespace NODX220 {", "",
-                 f"class {c.item};", "",
-                 f"extern template class TESSEL_ODX_API VListCollection<{c.item}>;", ""]
+        base = c.base or f"VListCollection<{c.item}>"
+        bases = [base] + [e["interface"] for e in c.implements if not c.base]
+        includes = ['#include "framework/TesselODX220ModelExport.h"',
+                    '#include "framework/VListCollection.h"']
+        includes += [f'#include "{self.model.header_of(e["interface"])}"' for e in c.implements]
+        if c.base:
+            includes.append(f'#include "{self.model.header_of(c.base)}"')
+        lines = [BANNER + "#pragma once", ""] + sorted(set(includes)) + ["", "namespace NODX220 {", "",
+                 f"class {c.item};", ""]
+        if not c.base:
+            lines += [f"extern template class TESSEL_ODX_API VListCollection<{c.item}>;", ""]
         if c.doc:
             lines.append(f"// {c.doc}")
-        lines += [f"class TESSEL_ODX_API {c.name} : public VListCollection<{c.item}> {{",
+        clone_head = "virtual " if self.derived() else ""
+        clone_tail = " override" if c.base else ""
+        if c.base:
+            clone_head = ""
+        lines += [f"class TESSEL_ODX_API {c.name} : " + ", ".join(f"public {b}" for b in bases) + " {",
                   "public:",
                   f"    {c.name}(VOdxElement& parent, VOdx& root);",
                   f"    {c.name}({c.name}& source, VOdxElement& newParent);",
                   f"    ~{c.name}() override;", "",
-                  f"    {c.name}& Clone(VOdxElement& newParent);"]
+                  f"    {clone_head}{c.name}& Clone(VOdxElement& newParent){clone_tail};"]
+        decls, _ = choice_overrides(self.model, c)
+        if decls:
+            lines += [""] + decls
         if c.step:
             lines += ["", "    VYAString GetNameForXPATH(const VOdxElement& item) const override;"]
         lines += ["", "protected:",
@@ -846,27 +957,36 @@ class CollectionEmitter:
         return "\n".join(lines)
 
     def source_includes(self):
-        includes = {self.coll.header, "framework/VListCollectionImpl.h"}
+        includes = {self.coll.header, "framework/VListCollectionImpl.h", SOURCE_LINK}
         if self.model.header_of(self.coll.item):
             includes.add(self.model.header_of(self.coll.item))
+        includes |= choice_includes(self.model, self.coll)
         return includes
 
     def definitions(self):
         c = self.coll
         clone = c.clone or self.model.clone_operation(c.item)
-        tags = " || ".join(f"tag == {tag_enumerator(t)}" for t in c.tags)
-        parts = [f"template class VListCollection<{c.item}>;\n",
-                 f"{c.name}::{c.name}(VOdxElement& parent, VOdx& root)\n"
-                 f"    : VListCollection<{c.item}>(parent, root)\n{{\n}}\n",
-                 f"{c.name}::{c.name}({c.name}& source, VOdxElement& newParent)\n"
-                 f"    : VListCollection<{c.item}>(source, newParent)\n{{\n"
-                 f"    for ({c.item}& item : source) {{\n"
-                 f"        _AppendCopy(item.{clone}(*this));\n    }}\n}}\n",
-                 f"{c.name}::~{c.name}() = default;\n",
-                 f"{c.name}& {c.name}::Clone(VOdxElement& newParent)\n{{\n"
-                 f"    return *new {c.name}(*this, newParent);\n}}\n",
-                 f"bool {c.name}::_IsItemTag(VOdxTagEnum tag) const\n{{\n    return {tags};\n}}\n",
-                 f"const char* {c.name}::_GetCollectionName() const\n{{\n    return {cpp_string(c.plural)};\n}}\n"]
+        tags = " || ".join(f"tag == {tag_enumerator(t)}" for t in c.tags) or "false"
+        if c.base:
+            parts = [f"{c.name}::{c.name}(VOdxElement& parent, VOdx& root)\n"
+                     f"    : {c.base}(parent, root)\n{{\n}}\n",
+                     f"{c.name}::{c.name}({c.name}& source, VOdxElement& newParent)\n"
+                     f"    : {c.base}(source, newParent)\n{{\n}}\n"]
+        else:
+            parts = [f"template class VListCollection<{c.item}>;\n",
+                     f"{c.name}::{c.name}(VOdxElement& parent, VOdx& root)\n"
+                     f"    : VListCollection<{c.item}>(parent, root)\n{{\n}}\n",
+                     f"{c.name}::{c.name}({c.name}& source, VOdxElement& newParent)\n"
+                     f"    : VListCollection<{c.item}>(source, newParent)\n{{\n"
+                     f"    for ({c.item}& item : source) {{\n"
+                     f"        _AppendCopy(item.{clone}(*this));\n    }}\n}}\n"]
+        parts += [f"{c.name}::~{c.name}() = default;\n",
+                  f"{c.name}& {c.name}::Clone(VOdxElement& newParent)\n{{\n"
+                  f"    return *new {c.name}(*this, newParent);\n}}\n",
+                  f"bool {c.name}::_IsItemTag(VOdxTagEnum tag) const\n{{\n"
+                  f"    {'(void)tag;' + chr(10) + '    ' if tags == 'false' else ''}return {tags};\n}}\n",
+                  f"const char* {c.name}::_GetCollectionName() const\n{{\n    return {cpp_string(c.plural)};\n}}\n"]
+        parts += choice_overrides(self.model, c)[1]
         if c.step:
             parts.append(f"VYAString {c.name}::GetNameForXPATH(const VOdxElement&) const\n{{\n"
                          f"    return VYAString({cpp_string(c.step)});\n}}\n")
@@ -897,7 +1017,7 @@ def emit_subsystem_sources(model, files):
                      getattr(emitter, "visitor", None) or emitter.choice)
             files.add(owner.header, emitter.header())
         for enum in model.enums.values():
-            if enum.subsystem == subsystem and not enum.hand:
+            if enum.subsystem == subsystem and not enum.hand and not enum.owner:
                 emit_enum(enum, files)
         if not emitters:
             continue
@@ -947,7 +1067,7 @@ def emit_class_list(model, files):
                      {v.header for v in model.visitors.values()} |
                      {c.header for c in model.choices.values()} |
                      {c.header for c in model.collections.values()} |
-                     {e.header for e in model.enums.values()})
+                     {model.header_of(e.name) for e in model.enums.values()})
     files.add("TesselODX220ModelClasses.h",
               BANNER + "#pragma once\n\n// Every element class, collection and enumeration of the model.\n" +
               "".join(f'#include "{h}"\n' for h in headers))

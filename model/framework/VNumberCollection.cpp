@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "framework/VOdx.h"
+#include "framework/internal/Failure.h"
 
 namespace NODX220 {
 
@@ -111,6 +112,32 @@ VUIntCollection::~VUIntCollection() = default;
 VUIntCollection& VUIntCollection::Clone(VOdxElement& newParent)
 {
     return *new VUIntCollection(*this, newParent);
+}
+
+bool VUIntCollection::IsAllValue() const
+{
+    return false;
+}
+
+bool VUIntCollection::IsDtcValues() const
+{
+    return true;
+}
+
+VAllValue* VUIntCollection::GetAsAllValue()
+{
+    Internal::LogWrongType(kLogGroupId, "VAllValue");
+    return nullptr;
+}
+
+VUIntCollection* VUIntCollection::GetAsDtcValues()
+{
+    return this;
+}
+
+IAllValueDtcValuesChoice& VUIntCollection::CloneAllValueDtcValuesChoice(VOdxElement& newParent)
+{
+    return Clone(newParent);
 }
 
 bool VUIntCollection::HandleUInt(VOdxTagEnum tag, uint32_t value)

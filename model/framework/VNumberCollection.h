@@ -7,6 +7,7 @@
 #include "framework/TesselODX220ModelExport.h"
 #include "framework/VExternalIterator.h"
 #include "framework/VOdxElement.h"
+#include "values/IAllValueDtcValuesChoice.h"
 
 namespace NODX220 {
 
@@ -42,8 +43,9 @@ private:
 extern template class TESSEL_ODX_API VNumberCollection<uint32_t>;
 extern template class TESSEL_ODX_API VNumberCollection<double>;
 
-// The unsigned numbers of a list such as DTC-VALUES.
-class TESSEL_ODX_API VUIntCollection : public VNumberCollection<uint32_t> {
+// The unsigned numbers of a list such as DTC-VALUES. As the trouble codes of environment data it
+// is the alternative of VAllValue.
+class TESSEL_ODX_API VUIntCollection : public VNumberCollection<uint32_t>, public IAllValueDtcValuesChoice {
 public:
     VUIntCollection(VOdxElement& parent, VOdx& root);
     VUIntCollection(unsigned size, VOdxElement& parent);
@@ -51,6 +53,12 @@ public:
     ~VUIntCollection() override;
 
     virtual VUIntCollection& Clone(VOdxElement& newParent);
+
+    bool IsAllValue() const override;
+    bool IsDtcValues() const override;
+    VAllValue* GetAsAllValue() override;
+    VUIntCollection* GetAsDtcValues() override;
+    IAllValueDtcValuesChoice& CloneAllValueDtcValuesChoice(VOdxElement& newParent) override;
     // Takes DTC-VALUE.
     bool HandleUInt(VOdxTagEnum tag, uint32_t value) override;
 };

@@ -2,6 +2,7 @@
 
 #include "framework/VOdx.h"
 #include "framework/VOdxCategory.h"
+#include "layers/VDiagLayer.h"
 #include "framework/internal/Failure.h"
 #include "references/VIdRefMap.h"
 #include "references/VOdxlink.h"
@@ -73,8 +74,7 @@ void VReferencable::SetId(const char* id)
 
 VYAString VReferencable::GetLayerShortName() const
 {
-    // Layers arrive with the diagnostic layer classes; until then no element has one.
-    return VYAString();
+    return mpLayer != nullptr ? VYAString(mpLayer->GetShortName()) : VYAString();
 }
 
 VYAString VReferencable::GetCategoryShortName() const
@@ -112,7 +112,12 @@ void VReferencable::SetShortNames()
     VOdxElement* element = &GetOdxElement();
     while (element->GetOdxTag() != TAG_ODX) {
         const VOdxTagEnum tag = element->GetOdxTag();
-        if (Internal::IsCategoryTag(tag)) {
+        // An outer layer or category overwrites an inner one.
+        if (Internal::IsLayerTag(tag)) {
+            if (auto* layer = dynamic_cast<VDiagLayer*>(element)) {
+                mpLayer = layer;
+            }
+        } else if (Internal::IsCategoryTag(tag)) {
             if (auto* category = dynamic_cast<VOdxCategory*>(element)) {
                 mpCategory = category;
             }

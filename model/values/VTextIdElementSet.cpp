@@ -4,6 +4,7 @@
 #include "metadata/VSd.h"
 #include "values/VDescription.h"
 #include "values/VText.h"
+#include "values/VVt.h"
 
 namespace NODX220 {
 
@@ -37,33 +38,39 @@ VTextIdElementSet::Container::const_iterator VTextIdElementSet::_Find(VOdxElemen
     return mElements.end();
 }
 
-bool VTextIdElementSet::GetTextId(VOdxElement& element, VYAString& out) const
+namespace {
+
+// Calls `use` with the element as the class that carries its text id, chosen by its tag; false
+// when the element carries none.
+template <class Use>
+bool WithCarrier(VOdxElement& element, const Use& use)
 {
     switch (element.GetOdxTag()) {
     case TAG_DESCRIPTION:
+        // A description is markup, but the DESCRIPTION of an item value is a plain text.
         if (auto* description = dynamic_cast<VDescription*>(&element)) {
-            if (description->HasTi()) {
-                out = description->GetTi();
-                return true;
-            }
+            return use(*description);
+        }
+        if (auto* text = dynamic_cast<VText*>(&element)) {
+            return use(*text);
         }
         return false;
     case TAG_LONG_NAME:
+    case TAG_MEANING:
     case TAG_SHORT_LABEL:
     case TAG_TEXT:
         if (auto* text = dynamic_cast<VText*>(&element)) {
-            if (text->HasTi()) {
-                out = text->GetTi();
-                return true;
-            }
+            return use(*text);
+        }
+        return false;
+    case TAG_VT:
+        if (auto* value = dynamic_cast<VVt*>(&element)) {
+            return use(*value);
         }
         return false;
     case TAG_SD:
         if (auto* value = dynamic_cast<VSd*>(&element)) {
-            if (value->HasTi()) {
-                out = value->GetTi();
-                return true;
-            }
+            return use(*value);
         }
         return false;
     default:
@@ -71,32 +78,25 @@ bool VTextIdElementSet::GetTextId(VOdxElement& element, VYAString& out) const
     }
 }
 
+} // namespace
+
+bool VTextIdElementSet::GetTextId(VOdxElement& element, VYAString& out) const
+{
+    return WithCarrier(element, [&out](auto& carrier) {
+        if (!carrier.HasTi()) {
+            return false;
+        }
+        out = carrier.GetTi();
+        return true;
+    });
+}
+
 bool VTextIdElementSet::SetTextId(VOdxElement& element, VYAString& text) const
 {
-    switch (element.GetOdxTag()) {
-    case TAG_DESCRIPTION:
-        if (auto* description = dynamic_cast<VDescription*>(&element)) {
-            description->SetTi(text.GetBuffer());
-            return true;
-        }
-        return false;
-    case TAG_LONG_NAME:
-    case TAG_SHORT_LABEL:
-    case TAG_TEXT:
-        if (auto* carrier = dynamic_cast<VText*>(&element)) {
-            carrier->SetTi(text.GetBuffer());
-            return true;
-        }
-        return false;
-    case TAG_SD:
-        if (auto* value = dynamic_cast<VSd*>(&element)) {
-            value->SetTi(text.GetBuffer());
-            return true;
-        }
-        return false;
-    default:
-        return false;
-    }
+    return WithCarrier(element, [&text](auto& carrier) {
+        carrier.SetTi(text.GetBuffer());
+        return true;
+    });
 }
 
 } // namespace NODX220

@@ -9,8 +9,8 @@ namespace {
 TEST(Unhandled, UnknownElementsAndAttributesAreReportedWhereTheyAreAndSkipped)
 {
     const std::string text = Odx("  <COMPARAM-SPEC ID=\"CP\">\n    <SHORT-NAME>CP</SHORT-NAME>\n"
-                                 "    <PROT-STACKS>\n      <PROT-STACK><SHORT-NAME>Inner</SHORT-NAME></PROT-STACK>\n"
-                                 "    </PROT-STACKS>\n"
+                                 "    <ECU-MEMS>\n      <ECU-MEM><SHORT-NAME>Inner</SHORT-NAME></ECU-MEM>\n"
+                                 "    </ECU-MEMS>\n"
                                  "    <SDGS>\n      <SDG SI=\"g\" COLOR=\"red\"><SD>kept</SD></SDG>\n    </SDGS>\n"
                                  "  </COMPARAM-SPEC>\n");
     VLoadResult result = ReadText("cp.odx-c", text);
@@ -18,10 +18,11 @@ TEST(Unhandled, UnknownElementsAndAttributesAreReportedWhereTheyAreAndSkipped)
     EXPECT_EQ(result.CountDiagnostics(eSeverityError), 0u) << Findings(result);
     // The content of a skipped element is not reported on its own.
     EXPECT_EQ(result.GetUnhandledCount(), 2u) << Findings(result);
-    const VDiagnostic* element = Finding(result, eSeverityWarning, "element PROT-STACKS is not read");
+    // A flash element in a comparam document has no place there.
+    const VDiagnostic* element = Finding(result, eSeverityWarning, "element ECU-MEMS is not read");
     ASSERT_NE(element, nullptr) << Findings(result);
     EXPECT_EQ(element->mFile, "cp.odx-c");
-    EXPECT_EQ(element->mLine, LineOf(text, "<PROT-STACKS>"));
+    EXPECT_EQ(element->mLine, LineOf(text, "<ECU-MEMS>"));
     EXPECT_FALSE(element->mPath.empty());
     const VDiagnostic* attribute = Finding(result, eSeverityWarning, "attribute COLOR of SDG is not read");
     ASSERT_NE(attribute, nullptr) << Findings(result);

@@ -93,8 +93,12 @@ bool Convert(ValueKind kind, const EnumLiterals* literals, const std::string& te
     case ValueKind::Bool:
         return ParseBool(text, number);
     case ValueKind::Enum: {
+        // The schema collapses whitespace around a literal.
+        const size_t first = text.find_first_not_of(" \t\r\n");
+        const std::string word =
+            first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
         int value = 0;
-        if (literals == nullptr || !EnumValue(*literals, text.c_str(), value)) {
+        if (literals == nullptr || !EnumValue(*literals, word.c_str(), value)) {
             return false;
         }
         number = value;
@@ -351,10 +355,14 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
         rule->setLink(child, *link);
         _ApplyAttributes(*linkElement, *rule->table, attributes, count, name, frame);
         // The reference element itself takes no children: a table without any.
-        static const ClassTable kNoChildren = {"reference", nullptr, 0, nullptr, 0, Content::None, TAG_UNSET,
-                                               false, nullptr, 0, nullptr};
+        static const ClassTable kNoChildren = {"reference", nullptr, 0,     nullptr, 0,     Content::None, TAG_UNSET,
+                                               false,       nullptr, 0,     nullptr, false, false,         nullptr};
         frame.table = &kNoChildren;
     } else {
+        // An element that is itself an id link is reported by its place when it finds no target.
+        if (auto* odxlink = dynamic_cast<VOdxlink*>(&child)) {
+            mState.linkOrigins[odxlink] = {mLocation, frame.line, frame.column};
+        }
         _ApplyAttributes(child, *rule->table, attributes, count, name, frame);
     }
     if (parent.kind == FrameKind::Root) {
@@ -436,16 +444,22 @@ void DocumentReader::_EndTextFrame(Frame& frame)
     const ChildRule& rule = *frame.rule;
     VOdxElement& owner = *frame.element;
     long long number = 0;
-    if (!Convert(rule.value, nullptr, frame.text, number)) {
-        _Report(eSeverityError, std::string(rule.name) + " is not " + KindName(rule.value) + ": '" + frame.text + "'",
-                _Path(mFrames.size()), frame.line, frame.column);
+    if (!Convert(rule.value, rule.literals, frame.text, number)) {
+        const std::string what = rule.value == ValueKind::Enum && rule.literals != nullptr
+                                     ? std::string("an unknown literal of ") + rule.literals->name
+                                     : std::string("not ") + KindName(rule.value);
+        _Report(eSeverityError, std::string(rule.name) + " '" + frame.text + "' is " + what, _Path(mFrames.size()),
+                frame.line, frame.column);
         return;
     }
     bool taken = false;
     switch (rule.value) {
     case ValueKind::Text:
-    case ValueKind::Enum:
         taken = owner.HandleTChar(rule.tag, frame.text.c_str());
+        break;
+    case ValueKind::Enum:
+        // An enumeration's number goes by HandleUInt.
+        taken = owner.HandleUInt(rule.tag, static_cast<uint32_t>(number));
         break;
     case ValueKind::UInt:
         taken = owner.HandleUInt(rule.tag, static_cast<uint32_t>(number));

@@ -58,6 +58,35 @@ bool EnumValue(const EnumLiterals& literals, const char* text, int& value)
     return false;
 }
 
+bool StepTakes(const MemberStep& step, VOdxTagEnum tag)
+{
+    if (step.tags == nullptr) {
+        return true;
+    }
+    for (uint16_t i = 0; i < step.tagCount; ++i) {
+        if (step.tags[i] == tag) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string StepName(const MemberStep& step, const VOdxElement& child)
+{
+    const VOdxTagEnum tag = child.GetOdxTag();
+    for (uint16_t i = 0; i < step.nameCount; ++i) {
+        if (step.names[i].tag == tag) {
+            return step.names[i].name;
+        }
+    }
+    if (const ClassTable* table = TableOf(child)) {
+        if (table->elementName != nullptr) {
+            return table->elementName;
+        }
+    }
+    return child.GetXmlTag().GetBuffer();
+}
+
 std::string FormatDouble(double value)
 {
     char buffer[64];
@@ -130,7 +159,15 @@ void VOdxWalk::Children(VOdxElement& element, const std::function<void(VOdxEleme
                 visit(*child);
             }
         } else if (step.kind == Internal::StepKind::Wrapper || step.kind == Internal::StepKind::Items) {
-            step.items(element, visit);
+            if (step.tags == nullptr) {
+                step.items(element, visit);
+            } else {
+                step.items(element, [&step, &visit](VOdxElement& item) {
+                    if (Internal::StepTakes(step, item.GetOdxTag())) {
+                        visit(item);
+                    }
+                });
+            }
         }
     }
 }

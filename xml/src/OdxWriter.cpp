@@ -171,6 +171,13 @@ private:
         if (table == nullptr) {
             return;
         }
+        if (table->transparent) {
+            // Its members stand in the element that holds it.
+            for (uint16_t i = 0; i < table->stepCount; ++i) {
+                Step(element, table->steps[i], depth);
+            }
+            return;
+        }
         if (annotate) {
             Annotations(element, depth);
         }
@@ -191,6 +198,12 @@ private:
             return;
         }
         Attributes(mOut, element, *table);
+        if (table->xsiType) {
+            // The element name is the family's; the kind goes to xsi:type.
+            mOut += " xsi:type=\"";
+            mOut += VOdxTagEnumMapper::EnumToChar(element.GetOdxTag());
+            mOut += '"';
+        }
         switch (table->content) {
         case Content::Text: {
             std::string text;
@@ -263,7 +276,7 @@ private:
         switch (step.kind) {
         case StepKind::Element:
             if (VOdxElement* child = step.child(owner)) {
-                Element(*child, child->GetXmlTag().GetBuffer(), depth);
+                Element(*child, StepName(step, *child).c_str(), depth);
             }
             return;
         case StepKind::Text:
@@ -277,13 +290,27 @@ private:
             }
             return;
         case StepKind::Items:
-            step.items(owner, [this, depth](VOdxElement& item) { Element(item, item.GetXmlTag().GetBuffer(), depth); });
+            step.items(owner, [this, depth, &step](VOdxElement& item) {
+                if (StepTakes(step, item.GetOdxTag())) {
+                    Element(item, StepName(step, item).c_str(), depth);
+                }
+            });
             return;
         case StepKind::Wrapper:
             Wrapped(step.name, depth, [&]() {
-                step.items(owner, [this, depth](VOdxElement& item) {
-                    Element(item, item.GetXmlTag().GetBuffer(), depth + 1);
+                step.items(owner, [this, depth, &step](VOdxElement& item) {
+                    if (StepTakes(step, item.GetOdxTag())) {
+                        Element(item, StepName(step, item).c_str(), depth + 1);
+                    }
                 });
+            });
+            return;
+        case StepKind::TextItems:
+            step.texts(owner, [this, depth, &step](const char* text) {
+                Indent(depth);
+                mOut += '<';
+                mOut += step.itemName;
+                Inline(step.itemName, text);
             });
             return;
         case StepKind::TextWrapper:

@@ -32,6 +32,12 @@ struct EnumLiterals {
 struct ClassTable;
 struct CollectionTable;
 
+// The XML name of a tag, where a document names an element otherwise than the model's tag.
+struct TagName {
+    VOdxTagEnum tag;
+    const char* name;
+};
+
 // An attribute of an element: stores a text through the member's setter. The text was
 // already converted and checked where a number is wanted.
 struct AttributeRule {
@@ -62,9 +68,11 @@ struct ChildRule {
     const char* name;
     VOdxTagEnum tag;
     ChildKind kind;
-    // Text: how the text is delivered.
+    // Text: how the text is delivered. An enumeration's literal goes by HandleUInt.
     ValueKind value;
     LinkForm link;
+    // Text of kind Enum: the literals.
+    const EnumLiterals* literals;
     // Element and Reference: the child's class and how it is made.
     const ClassTable* table;
     VOdxElement& (*make)(VOdxElement& parent, VOdxTagEnum tag);
@@ -92,6 +100,8 @@ enum class StepKind : uint8_t {
     TextWrapper,
     // A collection whose items stand directly in the owner.
     Items,
+    // Texts (numbers of a collection) written as elements `itemName` directly in the owner.
+    TextItems,
 };
 
 struct MemberStep {
@@ -104,6 +114,13 @@ struct MemberStep {
     void (*load)(VOdxElement& owner, std::string& text);
     void (*items)(VOdxElement& owner, const std::function<void(VOdxElement&)>& visit);
     void (*texts)(VOdxElement& owner, const std::function<void(const char*)>& visit);
+    // Wrapper: only the items of these tags stand in this wrapper (a collection spread over
+    // several wrappers by the kind of its items); all items where there is no list.
+    const VOdxTagEnum* tags;
+    uint16_t tagCount;
+    // Element, Wrapper, Items: the XML names of children whose tag a document names otherwise.
+    const TagName* names;
+    uint16_t nameCount;
 };
 
 // What an element's own text content is.
@@ -127,6 +144,13 @@ struct ClassTable {
     uint16_t stepCount;
     // Content Text: the text, for writing.
     void (*contentText)(VOdxElement& element, std::string& text);
+    // The class names a fixed XML element for several tags: the tag goes to xsi:type.
+    bool xsiType;
+    // No element of its own: its members stand in the element that holds it.
+    bool transparent;
+    // The XML name of an element whose tag does not give it (a collection that stands as one
+    // alternative of a choice); null where the element's tag gives it.
+    const char* elementName;
 };
 
 struct CollectionTable {
@@ -145,6 +169,10 @@ const ClassTable& RootTable();
 const ChildRule* FindChild(const ChildRule* rules, uint16_t count, const char* name);
 // Whether a name is that of a plural wrapper somewhere.
 bool IsWrapperName(const char* name);
+// Whether a member step takes an item of this tag (a wrapper may take some kinds only).
+bool StepTakes(const MemberStep& step, VOdxTagEnum tag);
+// The XML name a step gives a child: from its name list, the table's fixed name, or the tag.
+std::string StepName(const MemberStep& step, const VOdxElement& child);
 // The tag of an XML name, or TAG_UNSET.
 VOdxTagEnum TagOfName(const char* name);
 
