@@ -495,6 +495,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
         }
         frame.element = new NODX220::VByteStream(bytes.data(), static_cast<unsigned>(bytes.size()), *frame.owner,
                                                  frame.rule->tag);
+        frame.text.clear();
         _AttachPending(*frame.element);
     }
     VOdxElement& element = *frame.element;

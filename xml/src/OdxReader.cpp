@@ -7,6 +7,7 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <typeinfo>
 
 #include "DocumentReader.h"
 #include "PdxArchive.h"
@@ -450,7 +451,10 @@ struct ReaderAccess {
                 diagnostic.mLine = origin->second.line;
                 diagnostic.mColumn = origin->second.column;
             }
-            diagnostic.mPath = link.GetParent().GetXPATH(eXPathShortName).GetBuffer();
+            // A plain id link stands inside the reference element that names it; an element that
+            // is itself the link (a parent or comparam reference) names its own place.
+            VOdxElement& place = typeid(link) == typeid(VOdxlink) ? link.GetParent() : link;
+            diagnostic.mPath = place.GetXPATH(eXPathShortName).GetBuffer();
             diagnostic.mMessage = std::string("no target for the reference to '") + link.GetIdRef() + "'";
             if (link.HasDocref()) {
                 diagnostic.mMessage += std::string(" in '") + link.GetDocref() + "'";
