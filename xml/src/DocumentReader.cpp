@@ -318,6 +318,7 @@ void DocumentReader::_StartChild(Frame& parent, const ChildRule* rule, const cha
 
     frame.kind = FrameKind::Element;
     frame.owner = parent.kind == FrameKind::Wrapper ? parent.element : &owner;
+    frame.maker = receiver;
     frame.table = rule->table;
     if (rule->table->content == Content::Bytes) {
         // Bytes are given to the element when it is made, at the end of its text.
@@ -493,7 +494,7 @@ void DocumentReader::_EndElementFrame(Frame& frame)
                     _Path(mFrames.size()), frame.line, frame.column);
             return;
         }
-        frame.element = new NODX220::VByteStream(bytes.data(), static_cast<unsigned>(bytes.size()), *frame.owner,
+        frame.element = new NODX220::VByteStream(bytes.data(), static_cast<unsigned>(bytes.size()), *frame.maker,
                                                  frame.rule->tag);
         frame.text.clear();
         _AttachPending(*frame.element);

@@ -54,6 +54,8 @@ private:
         NODX220::VOdxElement* element = nullptr;
         // Element and TextChild: the element the result goes to.
         NODX220::VOdxElement* owner = nullptr;
+        // Element: the logical parent it is made with (the owner of a wrapper's collection).
+        NODX220::VOdxElement* maker = nullptr;
         const ClassTable* table = nullptr;
         const CollectionTable* collection = nullptr;
         const ChildRule* rule = nullptr;

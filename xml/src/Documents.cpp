@@ -172,6 +172,37 @@ void VOdxWalk::Children(VOdxElement& element, const std::function<void(VOdxEleme
     }
 }
 
+void VOdxWalk::NamedChildren(VOdxElement& element, const std::function<void(VOdxElement&, const char*)>& visit)
+{
+    const Internal::ClassTable* table = Internal::TableOf(element);
+    if (table == nullptr) {
+        return;
+    }
+    const bool reference = table->content == Internal::Content::Reference;
+    auto named = [&visit, reference](const Internal::MemberStep& step, VOdxElement& child) {
+        const Internal::ClassTable* childTable = Internal::TableOf(child);
+        if (reference || (childTable != nullptr && childTable->transparent)) {
+            visit(child, nullptr);
+        } else {
+            visit(child, Internal::StepName(step, child).c_str());
+        }
+    };
+    for (uint16_t i = 0; i < table->stepCount; ++i) {
+        const Internal::MemberStep& step = table->steps[i];
+        if (step.kind == Internal::StepKind::Element) {
+            if (VOdxElement* child = step.child(element)) {
+                named(step, *child);
+            }
+        } else if (step.kind == Internal::StepKind::Wrapper || step.kind == Internal::StepKind::Items) {
+            step.items(element, [&step, &named](VOdxElement& item) {
+                if (Internal::StepTakes(step, item.GetOdxTag())) {
+                    named(step, item);
+                }
+            });
+        }
+    }
+}
+
 void VOdxWalk::Tree(VOdxElement& element, const std::function<void(VOdxElement&)>& visit)
 {
     visit(element);

@@ -26,6 +26,13 @@ class TESSEL_XML_API VOdxWalk {
 public:
     static void Children(NODX220::VOdxElement& element,
                          const std::function<void(NODX220::VOdxElement&)>& visit);
+    // The children with the name each has in documents, in the writer's order: a name that
+    // the document gives otherwise than the element's tag (renamed items, the fixed names of
+    // families written with xsi:type, free-standing collections), and null for an element
+    // that has no XML element of its own (a link object, whose attributes its reference
+    // element carries; a compound whose members stand in its owner).
+    static void NamedChildren(NODX220::VOdxElement& element,
+                              const std::function<void(NODX220::VOdxElement& child, const char* name)>& visit);
     // The element and everything below it, parents before children.
     static void Tree(NODX220::VOdxElement& element,
                      const std::function<void(NODX220::VOdxElement&)>& visit);
