@@ -237,9 +237,11 @@ class Tables:
                     continue
                 present = f"[](VOdxElement& owner) {{ return static_cast<{cls.name}&>(owner).Has{m.name}(); }}"
                 names = self.xml_names(m)
+                compound_tags = self.compound_tags(m)
                 for tag in m.tags:
                     target = self.class_for_tag(m.type, tag, f"{cls.name}.{m.name}", m)
-                    children.append(self.child_rule(names.get(tag, tag), tag, target, present=present))
+                    into = self.into_compound(cls, m) if tag in compound_tags else "nullptr"
+                    children.append(self.child_rule(names.get(tag, tag), tag, target, into=into, present=present))
                 walk.append(self.member_step(cls, m))
                 continue
             if m.kind == "collection":
@@ -273,6 +275,23 @@ class Tables:
         if duplicates:
             raise DescriptionError(f"{cls.name}: two children are named {sorted(duplicates)}")
         return attributes, sorted(children), walk, content, content_tag, content_text
+
+    def compound_tags(self, m):
+        """The tags that a transparent alternative of a choice member takes itself: a child of
+        such a tag joins the compound the member holds rather than replacing it."""
+        if m.kind != "choice":
+            return set()
+        tags = set()
+        for c in self.model.classes.values():
+            if c.transparent and any(e["interface"] == m.type for e in c.implements):
+                tags |= {t for member in c.all_members() for t in member.tags if member.handler == "Tag"}
+        return tags & set(m.tags)
+
+    def into_compound(self, cls, m):
+        return (f"[](VOdxElement& owner) -> VOdxElement& {{ auto& o = static_cast<{cls.name}&>(owner); "
+                f"if (o.Has{m.name}()) {{ auto& held = dynamic_cast<VOdxElement&>(o.Get{m.name}()); "
+                "const ClassTable* table = TableOf(held); if (table != nullptr && table->transparent) { return held; } } "
+                "return owner; }")
 
     def wrapped_element(self, cls, m, xml):
         """A single child that documents hold inside a wrapper of its own (SDGS/SDG): the

@@ -9,6 +9,7 @@
 #include <typeinfo>
 
 #include "TableSupport.h"
+#include "Unheld.h"
 
 namespace NODX220Xml {
 namespace Internal {
@@ -216,7 +217,7 @@ void DocumentReader::StartElement(const char* name, const XmlAttribute* attribut
         ++top.depth;
         return;
     case FrameKind::TextChild:
-        _Skip(name);
+        _Skip(name, attributes, count);
         return;
     case FrameKind::Markup:
         _StartMarkup(name, attributes, count);
@@ -226,7 +227,7 @@ void DocumentReader::StartElement(const char* name, const XmlAttribute* attribut
                                           count)) {
             _StartChild(top, rule, name, attributes, count);
         } else {
-            _Skip(name);
+            _Skip(name, attributes, count);
         }
         return;
     case FrameKind::Root:
@@ -236,7 +237,7 @@ void DocumentReader::StartElement(const char* name, const XmlAttribute* attribut
         } else if (top.table->content == Content::Markup) {
             _StartMarkup(name, attributes, count);
         } else {
-            _Skip(name);
+            _Skip(name, attributes, count);
         }
         return;
     }
@@ -533,7 +534,8 @@ void DocumentReader::_Deliver(Frame& frame, VOdxElement& child)
 {
     const ChildRule& rule = *frame.rule;
     VOdxElement& target = rule.into != nullptr ? rule.into(*frame.owner) : *frame.owner;
-    if (rule.present != nullptr && rule.present(*frame.owner)) {
+    // A child that joins a compound the owner holds replaces nothing.
+    if (rule.present != nullptr && &target == frame.owner && rule.present(*frame.owner)) {
         _Report(eSeverityWarning, std::string("this ") + rule.name + " replaces an earlier one", _Path(mFrames.size()),
                 frame.line, frame.column);
         ++mState.unhandled;
@@ -576,8 +578,11 @@ void DocumentReader::_ApplyAttributes(VOdxElement& element, const ClassTable& ta
         unsigned column = 0;
         mTokenizer.AttributePosition(name, line, column);
         if (rule == nullptr) {
-            _Report(eSeverityWarning, std::string("attribute ") + name + " of " + elementName + " is not read",
-                    _Path(mFrames.size(), &frame), line, column);
+            std::string message = std::string("attribute ") + name + " of " + elementName + " is not read";
+            if (const char* reason = UnheldReason(elementName, ("@" + std::string(name)).c_str())) {
+                message += std::string(": ") + reason;
+            }
+            _Report(eSeverityWarning, message, _Path(mFrames.size(), &frame), line, column);
             ++mState.unhandled;
             continue;
         }
@@ -696,12 +701,22 @@ std::string DocumentReader::_Path(size_t depth, const Frame* last) const
     return path;
 }
 
-void DocumentReader::_Skip(const char* name)
+void DocumentReader::_Skip(const char* name, const XmlAttribute* attributes, size_t count)
 {
     Frame skipped;
     _Place(skipped, name);
-    _Report(eSeverityWarning, std::string("element ") + name + " is not read", _Path(mFrames.size(), &skipped),
-            mTokenizer.StartLine(), mTokenizer.StartColumn());
+    std::string message = std::string("element ") + name;
+    for (size_t i = 0; i < count; ++i) {
+        if (std::strcmp(attributes[i].name, "xsi:type") == 0) {
+            message += std::string(" of xsi:type ") + attributes[i].value;
+        }
+    }
+    message += " is not read";
+    if (const char* reason = UnheldReason(mFrames.back().name.c_str(), name)) {
+        message += std::string(": ") + reason;
+    }
+    _Report(eSeverityWarning, message, _Path(mFrames.size(), &skipped), mTokenizer.StartLine(),
+            mTokenizer.StartColumn());
     ++mState.unhandled;
     Frame frame;
     frame.kind = FrameKind::Skip;

@@ -89,7 +89,7 @@ private:
     std::string _Path(size_t depth, const Frame* last = nullptr) const;
     void _AttachPending(NODX220::VOdxElement& element);
     void _FlushMarkupText();
-    void _Skip(const char* name);
+    void _Skip(const char* name, const XmlAttribute* attributes, size_t count);
     void _Park(NODX220::VOdxElement& element);
     void _Report(VSeverity severity, const std::string& message, const std::string& path, unsigned line,
                  unsigned column);

@@ -81,8 +81,8 @@ struct ChildRule {
     // Wrapper: the collection, reached through the owner.
     const CollectionTable* collection;
     VOdxElement& (*collectionOf)(VOdxElement& owner);
-    // Element and Reference: true when the owner does not take the child itself and it goes
-    // to the owner's collection instead.
+    // Element and Reference: where the child goes when the owner does not take it itself: the
+    // owner's collection, or a compound that the owner holds and that takes such children.
     VOdxElement& (*into)(VOdxElement& owner);
     // An owner's single child: whether it holds one already (a second one would replace it).
     bool (*present)(VOdxElement& owner);
