@@ -335,6 +335,11 @@ class Collection:
         return self.name[1:]
 
     @property
+    def has_make(self):
+        """Whether the factory offers a make operation; make = "" says it does not."""
+        return self.make != ""
+
+    @property
     def make_name(self):
         return self.make or "Make" + self.stem
 

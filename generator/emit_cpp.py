@@ -1040,11 +1040,13 @@ def emit_makers(model, files):
         defs.append(f"{cls.name}& VOdxElementMakers::Make{cls.stem}(VOdxElement& parent, VOdxTagEnum tag)\n"
                     f"{{\n    return *new {cls.name}(parent, tag);\n}}\n")
     for coll in sorted(model.collections.values(), key=lambda c: c.name):
+        if not coll.has_make:
+            continue
         decls.append(f"    {coll.name}& {coll.make_name}(VOdxElement& parent);")
         defs.append(f"{coll.name}& VOdxElementMakers::{coll.make_name}(VOdxElement& parent)\n"
                     f"{{\n    return *new {coll.name}(parent, parent.GetRootElement());\n}}\n")
     decls = [d for d in decls if "MakeOdx(" not in d]
-    forwards = sorted({c.name for c in concrete} | set(model.collections))
+    forwards = sorted({c.name for c in concrete} | {c.name for c in model.collections.values() if c.has_make})
     header = (BANNER + "#pragma once\n\n#include \"framework/TesselODX220ModelExport.h\"\n"
               "#include \"framework/VOdxTagEnum.h\"\n\nnamespace NODX220 {\n\nclass VOdxElement;\n" +
               "".join(f"class {n};\n" for n in forwards) +

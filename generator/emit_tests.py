@@ -280,7 +280,8 @@ def _exclusive_tests(model, cls, members):
 def _collection_test(model, coll):
     concrete = model.concrete_of(coll.item)
     lines = [f"TEST(Conformance, {coll.stem})", "{", "    Document document;",
-             f"    {coll.name}& collection = document.factory.{coll.make_name}(document.host);",
+             (f"    {coll.name}& collection = document.factory.{coll.make_name}(document.host);" if coll.has_make else
+              f"    {coll.name}& collection = *new {coll.name}(document.host, document.root);"),
              "    document.Adopt(collection);",
              "    EXPECT_EQ(collection.GetOdxTag(), TAG_COLLECTION);",
              "    EXPECT_TRUE(collection.IsEmpty());",

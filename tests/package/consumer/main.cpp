@@ -5,6 +5,9 @@
 #include <cstdio>
 #include <cstring>
 
+// Defined in surface.cpp, which names the whole exported surface.
+int UseEveryMakeOperation(NODX220::VOdxElement& parent);
+
 int main()
 {
     using namespace NODX220;
@@ -24,6 +27,17 @@ int main()
     if (result.GetDocument() == nullptr || result.GetDocument()->FlashCollection().Count() != 1) {
         std::fprintf(stderr, "the reader did not load the document\n");
         return 1;
+    }
+    {
+        VOdx& document = factory.MakeOdx();
+        VFlash& host = factory.MakeFlash(document, TAG_FLASH);
+        document.HandleTag(TAG_FLASH, host);
+        const int made = UseEveryMakeOperation(host);
+        factory.DestroyOdx(document);
+        if (made != 276 + 169) {
+            std::fprintf(stderr, "made %d elements and collections\n", made);
+            return 1;
+        }
     }
     std::puts("consumer: ok");
     return 0;
