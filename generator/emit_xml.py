@@ -69,6 +69,8 @@ class Tables:
         self.tag_lists = {}         # ident -> tags of a wrapper's filter
         self.name_lists = {}        # ident -> (tag, name) pairs
         self.choice_collections = {}  # collection name -> (collection, XML name)
+        self.element_names = []     # every element name a class table reads
+        self.attribute_names = []   # every attribute name a class table reads
 
     # -- classes that stand for a tag ------------------------------------------------------
 
@@ -429,6 +431,7 @@ class Tables:
                             items=f"[](VOdxElement& o, const std::function<void(VOdxElement&)>& visit) {{ "
                                   f"for (auto& item : {expr}) {{ visit(AsElement(item)); }} }}")]
         children = sorted(children)
+        self.element_names += [n for n, _ in children]
         block = [f"\n// {coll.name}, written as {xml_name}\n",
                  f"const ChildRule kChildren_{name}[] = {{\n" + "".join(f"    {r},\n" for _, r in children) + "};\n",
                  f"const MemberStep kSteps_{name}[] = {{\n" + "".join(f"    {s},\n" for s in steps) + "};\n",
@@ -446,6 +449,8 @@ class Tables:
         bodies = []
         for cls in classes:
             attributes, children, walk, content, content_tag, content_text = self.class_rules(cls)
+            self.element_names += [name for name, _ in children]
+            self.attribute_names += [a.split('"')[1] for a in attributes]
             n = ident(cls.name)
             block = [f"\n// {cls.name}\n"]
             if attributes:
@@ -506,6 +511,14 @@ class Tables:
                    "    };\n    auto found = tables.find(typeid(element));\n"
                    "    return found != tables.end() ? found->second : nullptr;\n}\n\n"
                    "const ClassTable& RootTable()\n{\n    return kTable_VOdx;\n}\n\n")
+        element_names = set(self.element_names) | {n for rules in self.collections.values() for n, _ in rules}
+        # The names of families whose kinds documents give by xsi:type.
+        element_names |= {c.xml_tag for c in model.classes.values() if c.xml_tag}
+        attribute_names = sorted(set(self.attribute_names))
+        out.append("const char* const kReadElementNames[] = {\n" +
+                   "".join(f"    {cpp_string(n)},\n" for n in sorted(element_names)) + "    nullptr};\n\n"
+                   "const char* const kReadAttributeNames[] = {\n" +
+                   "".join(f"    {cpp_string(n)},\n" for n in attribute_names) + "    nullptr};\n\n")
         wrappers = sorted(self.wrappers)
         out.append("bool IsWrapperName(const char* name)\n{\n"
                    "    static const char* const kWrappers[] = {\n" +

@@ -218,4 +218,22 @@ NODX220::VOdxTagEnum VOdxTagNames::FromName(const char* name)
     return name != nullptr ? Internal::TagOfName(name) : NODX220::TAG_UNSET;
 }
 
+std::vector<std::string> VOdxTagNames::ReadElementNames()
+{
+    std::vector<std::string> names;
+    for (const char* const* name = Internal::kReadElementNames; *name != nullptr; ++name) {
+        names.emplace_back(*name);
+    }
+    return names;
+}
+
+std::vector<std::string> VOdxTagNames::ReadAttributeNames()
+{
+    std::vector<std::string> names;
+    for (const char* const* name = Internal::kReadAttributeNames; *name != nullptr; ++name) {
+        names.emplace_back(*name);
+    }
+    return names;
+}
+
 } // namespace NODX220Xml

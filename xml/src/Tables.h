@@ -175,6 +175,9 @@ bool StepTakes(const MemberStep& step, VOdxTagEnum tag);
 std::string StepName(const MemberStep& step, const VOdxElement& child);
 // The tag of an XML name, or TAG_UNSET.
 VOdxTagEnum TagOfName(const char* name);
+// The element and attribute names that some rule reads, sorted, each list ended by null.
+extern const char* const kReadElementNames[];
+extern const char* const kReadAttributeNames[];
 
 } // namespace Internal
 } // namespace NODX220Xml
